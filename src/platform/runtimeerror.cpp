@@ -23,9 +23,14 @@ QString RuntimeError::standardDescription(int number)
     case ErrSubscriptOutOfRange: return QStringLiteral("Subscript out of range");
     case ErrTypeMismatch: return QStringLiteral("Type mismatch");
     case ErrObjectNotSet: return QStringLiteral("Object variable or With block variable not set");
+    case ErrInternalError: return QStringLiteral("Internal error");
     case ErrInvalidUseOfNull: return QStringLiteral("Invalid use of Null");
+    case ErrInvalidPropertyValue: return QStringLiteral("Invalid property value");
     case ErrInvalidGridIndex: return QStringLiteral("Invalid property array index");
+    case ErrReadOnlyProperty: return QStringLiteral("Set not supported (read-only property)");
     case ErrMemberNotSupported: return QStringLiteral("Object doesn't support this property or method");
+    case ErrWrongArgumentCount:
+        return QStringLiteral("Wrong number of arguments or invalid property assignment");
     default: return QStringLiteral("Application-defined or object-defined error");
     }
 }

@@ -14,9 +14,13 @@ enum ErrNumber : int {
     ErrSubscriptOutOfRange = 9,
     ErrTypeMismatch = 13,
     ErrObjectNotSet = 91,
+    ErrInternalError = 51,
     ErrInvalidUseOfNull = 94,
+    ErrInvalidPropertyValue = 380,
     ErrInvalidGridIndex = 381,
+    ErrReadOnlyProperty = 383,
     ErrMemberNotSupported = 438,
+    ErrWrongArgumentCount = 450,
 };
 
 // A run-time error thrown out of a public member where a failure reaches the caller.

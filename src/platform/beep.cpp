@@ -1,0 +1,32 @@
+#include <PanelKestrin/beep.h>
+
+#include <QApplication>
+
+namespace PanelKestrin {
+
+namespace {
+
+std::function<void()> &beepHandler()
+{
+    static std::function<void()> handler;
+    return handler;
+}
+
+} // namespace
+
+void Beep()
+{
+    if (const std::function<void()> handler = beepHandler()) {
+        handler();
+        return;
+    }
+    if (qobject_cast<QApplication *>(QCoreApplication::instance()))
+        QApplication::beep();
+}
+
+void setBeepHandler(std::function<void()> handler)
+{
+    beepHandler() = std::move(handler);
+}
+
+} // namespace PanelKestrin

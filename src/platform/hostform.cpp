@@ -1,0 +1,260 @@
+#include <PanelKestrin/hostform.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/twips.h>
+#include <PanelKestrin/variant.h>
+
+#include <QCoreApplication>
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QWidget>
+#include <limits>
+#include <optional>
+#include <vector>
+
+namespace PanelKestrin {
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("PanelKestrin::CallByName", text);
+}
+
+[[noreturn]] void raise(int number, const QString &detail)
+{
+    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
+}
+
+QString memberOf(const QObject *object, const QString &name)
+{
+    return tr("'%1' of %2").arg(name, QString::fromLatin1(object->metaObject()->className()));
+}
+
+bool sameName(const char *declared, const QString &name)
+{
+    return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
+}
+
+// Public, callable methods (slots and Q_INVOKABLEs, not signals) named `name`, most derived
+// first, declared at or after method index `from`.
+QList<QMetaMethod> methodsNamed(const QMetaObject *mo, const QString &name, int from = 0)
+{
+    QList<QMetaMethod> found;
+    for (int i = mo->methodCount() - 1; i >= from; --i) {
+        const QMetaMethod m = mo->method(i);
+        if (m.access() == QMetaMethod::Public
+            && (m.methodType() == QMetaMethod::Method || m.methodType() == QMetaMethod::Slot)
+            && sameName(m.name().constData(), name))
+            found.append(m);
+    }
+    return found;
+}
+
+std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString &name, int from = 0)
+{
+    for (int i = mo->propertyCount() - 1; i >= from; --i) {
+        if (sameName(mo->property(i).name(), name))
+            return mo->property(i);
+    }
+    return std::nullopt;
+}
+
+// Checks a whole number against the range of the integral parameter type it is passed to,
+// where the plain conversion would silently wrap.
+void checkRange(const QVariant &value, QMetaType target, const QString &what)
+{
+    auto limits = [&]() -> std::optional<std::pair<double, double>> {
+        switch (target.id()) {
+        case QMetaType::Short: return std::pair<double, double>(std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
+        case QMetaType::UShort: return std::pair<double, double>(0, std::numeric_limits<quint16>::max());
+        case QMetaType::Int: return std::pair<double, double>(std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
+        case QMetaType::UInt: return std::pair<double, double>(0, std::numeric_limits<quint32>::max());
+        default: return std::nullopt;
+        }
+    }();
+    bool numeric = false;
+    const double d = value.toDouble(&numeric);
+    if (limits && numeric && (d < limits->first - 0.5 || d >= limits->second + 0.5))
+        raise(ErrOverflow, what);
+}
+
+// The argument as a value of the parameter's type. Empty becomes the type's default value,
+// as an unassigned variable passed to a typed parameter does.
+QVariant convertArgument(const QVariant &arg, QMetaType target, const QString &what)
+{
+    if (target.id() == QMetaType::QVariant || arg.metaType() == target)
+        return arg;
+    if (isEmpty(arg))
+        return QVariant(target);
+    if (isNull(arg))
+        raise(ErrInvalidUseOfNull, what);
+    QVariant converted = arg;
+    if (!converted.canConvert(target) || !converted.convert(target))
+        raise(ErrTypeMismatch, what);
+    checkRange(arg, target, what);
+    return converted;
+}
+
+QVariant invoke(QObject *object, const QMetaMethod &method, std::vector<QVariant> &args)
+{
+    std::vector<void *> argv(args.size() + 1, nullptr);
+    QVariant result;
+    const QMetaType returnType = method.returnMetaType();
+    if (returnType.id() == QMetaType::QVariant) {
+        argv[0] = &result;
+    } else if (returnType.isValid() && returnType.id() != QMetaType::Void) {
+        result = QVariant(returnType);
+        argv[0] = result.data();
+    }
+    for (size_t i = 0; i < args.size(); ++i) {
+        const bool asVariant = method.parameterMetaType(int(i)).id() == QMetaType::QVariant;
+        argv[i + 1] = asVariant ? static_cast<void *>(&args[i]) : args[i].data();
+    }
+    QMetaObject::metacall(object, QMetaObject::InvokeMetaMethod, method.methodIndex(), argv.data());
+    return result;
+}
+
+// Calls the first candidate with as many parameters as there are arguments and to whose
+// parameter types the arguments convert.
+QVariant callMatching(QObject *object, const QList<QMetaMethod> &candidates, const QVariantList &args,
+                      const QString &what)
+{
+    std::optional<RuntimeError> conversionError;
+    for (const QMetaMethod &m : candidates) {
+        if (m.parameterCount() != args.size())
+            continue;
+        std::vector<QVariant> converted;
+        try {
+            for (int i = 0; i < args.size(); ++i)
+                converted.push_back(convertArgument(args.at(i), m.parameterMetaType(i), what));
+        } catch (const RuntimeError &e) {
+            if (!conversionError)
+                conversionError = e;
+            continue;
+        }
+        return invoke(object, m, converted);
+    }
+    if (conversionError)
+        throw *conversionError;
+    raise(ErrWrongArgumentCount, what);
+}
+
+void writeProperty(QObject *object, const QMetaProperty &property, const QVariant &value, const QString &what)
+{
+    if (!property.isWritable())
+        raise(ErrReadOnlyProperty, what);
+    if (!property.write(object, convertArgument(value, property.metaType(), what)))
+        raise(ErrTypeMismatch, what);
+}
+
+// The frame geometry of a widget in twips, standing in for the extender's position and size.
+enum class Edge { None, Left, Top, Width, Height };
+
+Edge geometryMember(const QString &name)
+{
+    static const std::pair<const char *, Edge> names[] = {
+        {"Left", Edge::Left}, {"Top", Edge::Top}, {"Width", Edge::Width}, {"Height", Edge::Height}};
+    for (const auto &[n, edge] : names) {
+        if (sameName(n, name))
+            return edge;
+    }
+    return Edge::None;
+}
+
+// True when the widget's own class (below QWidget) declares a member of that name.
+bool declaredBelowQWidget(const QObject *object, const QString &name)
+{
+    const QMetaObject *mo = object->metaObject();
+    return propertyNamed(mo, name, QWidget::staticMetaObject.propertyCount())
+        || !methodsNamed(mo, name, QWidget::staticMetaObject.methodCount()).isEmpty();
+}
+
+QVariant geometryCall(QWidget *w, Edge edge, CallType call, const QVariantList &args, const QString &what)
+{
+    const QRect frame = w->frameGeometry();
+    if (call == VbGet || call == VbMethod) {
+        if (!args.isEmpty())
+            raise(ErrWrongArgumentCount, what);
+        switch (edge) {
+        case Edge::Left: return PixelsToTwipsX(frame.x(), w);
+        case Edge::Top: return PixelsToTwipsY(frame.y(), w);
+        case Edge::Width: return PixelsToTwipsX(frame.width(), w);
+        default: return PixelsToTwipsY(frame.height(), w);
+        }
+    }
+    if (args.size() != 1)
+        raise(ErrWrongArgumentCount, what);
+    const double twips = convertArgument(args.first(), QMetaType::fromType<double>(), what).toDouble();
+    switch (edge) {
+    case Edge::Left: w->move(TwipsToPixelsX(twips, w), frame.y()); break;
+    case Edge::Top: w->move(frame.x(), TwipsToPixelsY(twips, w)); break;
+    case Edge::Width:
+        w->resize(TwipsToPixelsX(twips, w) - (frame.width() - w->width()), w->height());
+        break;
+    default:
+        w->resize(w->width(), TwipsToPixelsY(twips, w) - (frame.height() - w->height()));
+        break;
+    }
+    return QVariant();
+}
+
+} // namespace
+
+QVariant CallByName(QObject *Object, const QString &ProcName, CallType Call, const QVariantList &Args)
+{
+    if (!Object)
+        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
+                                                + QStringLiteral(": ") + ProcName);
+    const QString what = memberOf(Object, ProcName);
+    if (auto *widget = qobject_cast<QWidget *>(Object)) {
+        const Edge edge = geometryMember(ProcName);
+        if (edge != Edge::None && !declaredBelowQWidget(Object, ProcName))
+            return geometryCall(widget, edge, Call, Args, what);
+    }
+
+    const QMetaObject *mo = Object->metaObject();
+    const std::optional<QMetaProperty> property = propertyNamed(mo, ProcName);
+    switch (Call) {
+    case VbMethod:
+    case VbGet: {
+        if (Args.isEmpty() && property && (Call == VbGet || methodsNamed(mo, ProcName).isEmpty()))
+            return property->read(Object);
+        const QList<QMetaMethod> methods = methodsNamed(mo, ProcName);
+        if (!methods.isEmpty())
+            return callMatching(Object, methods, Args, what);
+        if (property)
+            raise(ErrWrongArgumentCount, what);
+        break;
+    }
+    case VbLet:
+    case VbSet: {
+        if (Args.size() == 1 && property) {
+            writeProperty(Object, *property, Args.first(), what);
+            return QVariant();
+        }
+        const QList<QMetaMethod> setters = methodsNamed(mo, QStringLiteral("set") + ProcName);
+        if (!setters.isEmpty())
+            return callMatching(Object, setters, Args, what);
+        if (property)
+            raise(ErrWrongArgumentCount, what);
+        break;
+    }
+    default:
+        raise(ErrInvalidProcedureCall, what);
+    }
+    raise(ErrMemberNotSupported, what);
+}
+
+QWidget *HostForm(const QWidget *control)
+{
+    return control ? control->window() : nullptr;
+}
+
+bool UnloadForm(QWidget *form)
+{
+    if (!form)
+        throw RuntimeError(ErrObjectNotSet);
+    return form->close();
+}
+
+} // namespace PanelKestrin
