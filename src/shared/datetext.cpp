@@ -1,0 +1,168 @@
+#include "shared/datetext_p.h"
+
+#include <QList>
+
+#include <cmath>
+
+namespace PanelKestrin {
+
+namespace {
+
+constexpr int kMinYear = 100;
+constexpr int kMaxYear = 9999;
+// Serial numbers of 1/1/100 and of the last second of 12/31/9999.
+constexpr double kMinSerial = -657434.0;
+constexpr double kMaxSerial = 2958465.99999;
+
+bool allDigits(QStringView s)
+{
+    if (s.isEmpty())
+        return false;
+    for (QChar c : s)
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return false;
+    return true;
+}
+
+bool isDateSeparator(QChar c)
+{
+    return c == QLatin1Char('/') || c == QLatin1Char('-') || c == QLatin1Char('.');
+}
+
+int fullYear(int year)
+{
+    if (year >= 100)
+        return year;
+    return year < 30 ? 2000 + year : 1900 + year;
+}
+
+bool parseDatePart(QStringView text, QDate *date)
+{
+    QList<QStringView> parts;
+    int start = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        if (isDateSeparator(text.at(i))) {
+            parts.append(text.mid(start, i - start));
+            start = i + 1;
+        }
+    }
+    parts.append(text.mid(start));
+    if (parts.size() != 3)
+        return false;
+    for (QStringView p : parts)
+        if (!allDigits(p) || p.size() > 4)
+            return false;
+
+    int year, month, day;
+    if (parts.at(0).size() >= 3) {
+        year = parts.at(0).toInt();
+        month = parts.at(1).toInt();
+        day = parts.at(2).toInt();
+    } else {
+        month = parts.at(0).toInt();
+        day = parts.at(1).toInt();
+        year = parts.at(2).toInt();
+        if (month > 12 && day <= 12)
+            std::swap(month, day);
+    }
+    year = fullYear(year);
+    if (year < kMinYear || year > kMaxYear)
+        return false;
+    const QDate result(year, month, day);
+    if (!result.isValid())
+        return false;
+    *date = result;
+    return true;
+}
+
+bool parseTimePart(QStringView text, QTime *time)
+{
+    int hour = 0, minute = 0, second = 0;
+    QStringView clock = text;
+    int meridiem = 0; // 0 none, 1 AM, 2 PM
+    const int blank = text.indexOf(QLatin1Char(' '));
+    if (blank >= 0) {
+        const QStringView suffix = text.mid(blank + 1).trimmed();
+        if (suffix.compare(QLatin1String("AM"), Qt::CaseInsensitive) == 0)
+            meridiem = 1;
+        else if (suffix.compare(QLatin1String("PM"), Qt::CaseInsensitive) == 0)
+            meridiem = 2;
+        else
+            return false;
+        clock = text.left(blank);
+    }
+    const QList<QStringView> fields = clock.split(QLatin1Char(':'));
+    if (fields.size() > 3 || (fields.size() == 1 && meridiem == 0))
+        return false;
+    for (QStringView f : fields)
+        if (!allDigits(f) || f.size() > 2)
+            return false;
+    hour = fields.at(0).toInt();
+    if (fields.size() > 1)
+        minute = fields.at(1).toInt();
+    if (fields.size() > 2)
+        second = fields.at(2).toInt();
+    if (meridiem != 0) {
+        if (hour < 1 || hour > 12)
+            return false;
+        hour = hour % 12 + (meridiem == 2 ? 12 : 0);
+    }
+    const QTime result(hour, minute, second);
+    if (!result.isValid())
+        return false;
+    *time = result;
+    return true;
+}
+
+} // namespace
+
+bool parseDateText(QStringView text, DateTimeParts *out)
+{
+    const QStringView trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return false;
+
+    DateTimeParts parts;
+    const int blank = trimmed.indexOf(QLatin1Char(' '));
+    const QStringView first = blank < 0 ? trimmed : trimmed.left(blank);
+    if (first.contains(QLatin1Char(':'))) {
+        // A time alone belongs to the zero date.
+        parts.date = zeroDate();
+        if (!parseTimePart(trimmed, &parts.time))
+            return false;
+    } else {
+        if (!parseDatePart(first, &parts.date))
+            return false;
+        if (blank >= 0 && !parseTimePart(trimmed.mid(blank + 1).trimmed(), &parts.time))
+            return false;
+    }
+    *out = parts;
+    return true;
+}
+
+double toSerial(const DateTimeParts &parts)
+{
+    const double days = double(zeroDate().daysTo(parts.date));
+    const double fraction = parts.time.msecsSinceStartOfDay() / 86400000.0;
+    return days < 0 ? days - fraction : days + fraction;
+}
+
+bool fromSerial(double serial, DateTimeParts *out)
+{
+    if (!std::isfinite(serial) || serial < kMinSerial - 1 || serial > kMaxSerial + 1)
+        return false;
+    const double whole = std::trunc(serial);
+    int seconds = int(std::lround(std::fabs(serial - whole) * 86400.0));
+    QDate date = zeroDate().addDays(qint64(whole));
+    if (seconds >= 86400) {
+        seconds = 0;
+        date = date.addDays(1);
+    }
+    if (date.year() < kMinYear || date.year() > kMaxYear)
+        return false;
+    out->date = date;
+    out->time = QTime(0, 0).addSecs(seconds);
+    return true;
+}
+
+} // namespace PanelKestrin
