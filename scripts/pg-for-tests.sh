@@ -20,7 +20,7 @@ stop_cluster() {
     [ -f "$state/datadir" ] || return 0
     data=$(cat "$state/datadir")
     if [ -d "$data" ]; then
-        as_server_user "$bindir/pg_ctl" -D "$data" -m immediate -w stop >/dev/null 2>&1 || true
+        as_server_user "$bindir/pg_ctl" -D "$data/cluster" -m immediate -w stop >/dev/null 2>&1 || true
         rm -rf "$data"
     fi
     rm -f "$state/datadir" "$state/connect.txt"
