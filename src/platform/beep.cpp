@@ -1,6 +1,7 @@
 #include <PanelKestrin/beep.h>
 
 #include <QApplication>
+#include <utility>
 
 namespace PanelKestrin {
 
@@ -24,9 +25,9 @@ void Beep()
         QApplication::beep();
 }
 
-void setBeepHandler(std::function<void()> handler)
+std::function<void()> setBeepHandler(std::function<void()> handler)
 {
-    beepHandler() = std::move(handler);
+    return std::exchange(beepHandler(), std::move(handler));
 }
 
 } // namespace PanelKestrin

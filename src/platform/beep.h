@@ -10,6 +10,7 @@ namespace PanelKestrin {
 PANELKESTRIN_EXPORT void Beep();
 
 // Replaces the bell (tests count beeps); an empty function restores the platform bell.
-PANELKESTRIN_EXPORT void setBeepHandler(std::function<void()> handler);
+// Returns the handler replaced.
+PANELKESTRIN_EXPORT std::function<void()> setBeepHandler(std::function<void()> handler);
 
 } // namespace PanelKestrin

@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <utility>
 
 namespace PanelKestrin {
 
@@ -41,9 +42,9 @@ void ReportError(const RuntimeError &error)
            error.Source().isEmpty() ? QGuiApplication::applicationDisplayName() : error.Source());
 }
 
-void setErrorReporter(ErrorReporter reporter)
+ErrorReporter setErrorReporter(ErrorReporter reporter)
 {
-    errorReporter() = std::move(reporter);
+    return std::exchange(errorReporter(), std::move(reporter));
 }
 
 namespace detail {

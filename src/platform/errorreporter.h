@@ -17,8 +17,8 @@ using ErrorReporter = std::function<void(const RuntimeError &error)>;
 PANELKESTRIN_EXPORT void ReportError(const RuntimeError &error);
 
 // Replaces the reporter (tests collect errors, hosts log them); an empty function restores
-// the message box.
-PANELKESTRIN_EXPORT void setErrorReporter(ErrorReporter reporter);
+// the message box. Returns the reporter replaced.
+PANELKESTRIN_EXPORT ErrorReporter setErrorReporter(ErrorReporter reporter);
 
 namespace detail {
 // What guardEvent does with what it caught: makes it the pending error (Err()) and reports

@@ -95,6 +95,19 @@ QVariant convertArgument(const QVariant &arg, QMetaType target, const QString &w
     return converted;
 }
 
+// The type a parameter takes. A by-reference parameter ("int &") has no meta type of its
+// own; it takes a value of the referenced type (what the member writes back is not returned).
+QMetaType parameterType(const QMetaMethod &method, int index)
+{
+    const QMetaType type = method.parameterMetaType(index);
+    if (type.isValid())
+        return type;
+    QByteArray name = method.parameterTypes().value(index);
+    if (name.endsWith('&'))
+        name.chop(1);
+    return QMetaType::fromName(name);
+}
+
 QVariant invoke(QObject *object, const QMetaMethod &method, std::vector<QVariant> &args)
 {
     std::vector<void *> argv(args.size() + 1, nullptr);
@@ -107,7 +120,7 @@ QVariant invoke(QObject *object, const QMetaMethod &method, std::vector<QVariant
         argv[0] = result.data();
     }
     for (size_t i = 0; i < args.size(); ++i) {
-        const bool asVariant = method.parameterMetaType(int(i)).id() == QMetaType::QVariant;
+        const bool asVariant = parameterType(method, int(i)).id() == QMetaType::QVariant;
         argv[i + 1] = asVariant ? static_cast<void *>(&args[i]) : args[i].data();
     }
     QMetaObject::metacall(object, QMetaObject::InvokeMetaMethod, method.methodIndex(), argv.data());
@@ -126,7 +139,7 @@ QVariant callMatching(QObject *object, const QList<QMetaMethod> &candidates, con
         std::vector<QVariant> converted;
         try {
             for (int i = 0; i < args.size(); ++i)
-                converted.push_back(convertArgument(args.at(i), m.parameterMetaType(i), what));
+                converted.push_back(convertArgument(args.at(i), parameterType(m, i), what));
         } catch (const RuntimeError &e) {
             if (!conversionError)
                 conversionError = e;

@@ -31,7 +31,8 @@ enum CallType : int {
 // Raises RuntimeError 91 for a null Object, 438 naming the member and the class when nothing
 // matches, 450 for a wrong argument count, 13 for an argument that does not convert, 94 for a
 // Null argument, 6 for a number out of the parameter's range, 383 for a read-only property.
-// Exceptions thrown by the member itself reach the caller unchanged.
+// By-reference parameters receive copies of the arguments. Exceptions thrown by the member
+// itself reach the caller unchanged.
 PANELKESTRIN_EXPORT QVariant CallByName(QObject *Object, const QString &ProcName, CallType Call,
                                         const QVariantList &Args = {});
 

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <utility>
 
 namespace PanelKestrin {
 
@@ -40,9 +41,9 @@ int ShowModal(QDialog *form)
     return form->exec();
 }
 
-void setModalRunner(ModalRunner runner)
+ModalRunner setModalRunner(ModalRunner runner)
 {
-    modalRunner() = std::move(runner);
+    return std::exchange(modalRunner(), std::move(runner));
 }
 
 QString GetSaveFileName(QWidget *parent, const QString &title, const QString &filter,
@@ -53,9 +54,9 @@ QString GetSaveFileName(QWidget *parent, const QString &title, const QString &fi
     return QFileDialog::getSaveFileName(parent, title, initialPath, filter);
 }
 
-void setSaveFileNameHandler(SaveFileNameHandler handler)
+SaveFileNameHandler setSaveFileNameHandler(SaveFileNameHandler handler)
 {
-    saveFileNameHandler() = std::move(handler);
+    return std::exchange(saveFileNameHandler(), std::move(handler));
 }
 
 int RunPrinterDialog(QPrinter *printer, QWidget *parent)
@@ -68,9 +69,9 @@ int RunPrinterDialog(QPrinter *printer, QWidget *parent)
     return dialog.exec();
 }
 
-void setPrinterDialogHandler(PrinterDialogHandler handler)
+PrinterDialogHandler setPrinterDialogHandler(PrinterDialogHandler handler)
 {
-    printerDialogHandler() = std::move(handler);
+    return std::exchange(printerDialogHandler(), std::move(handler));
 }
 
 } // namespace PanelKestrin

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
 
 namespace PanelKestrin {
 
@@ -104,9 +105,9 @@ int MsgBox(const QString &Prompt, int Buttons, const QString &Title)
     return standardMsgBox(Prompt, Buttons, Title);
 }
 
-void setMessageBoxHandler(MessageBoxHandler handler)
+MessageBoxHandler setMessageBoxHandler(MessageBoxHandler handler)
 {
-    messageBoxHandler() = std::move(handler);
+    return std::exchange(messageBoxHandler(), std::move(handler));
 }
 
 } // namespace PanelKestrin

@@ -49,8 +49,8 @@ using MessageBoxHandler =
 PANELKESTRIN_EXPORT int MsgBox(const QString &Prompt, int Buttons = 0, const QString &Title = QString());
 
 // Replaces the message box (tests answer it, hosts may restyle it); an empty function
-// restores the standard box.
-PANELKESTRIN_EXPORT void setMessageBoxHandler(MessageBoxHandler handler);
+// restores the standard box. Returns the handler replaced (empty for the standard box).
+PANELKESTRIN_EXPORT MessageBoxHandler setMessageBoxHandler(MessageBoxHandler handler);
 
 // Builds, without showing it, the box the standard MsgBox runs: buttons in their classic order,
 // icon, default button and the escape answer (Cancel when offered, else No, Abort or OK).
