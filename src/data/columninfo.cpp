@@ -63,9 +63,11 @@ void setColumnTypeFromValue(ColumnInfo &column, const QVariant &value)
     case QMetaType::UInt:
         setColumnType(column, FieldTypeInteger);
         break;
-    case QMetaType::LongLong: {
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong: {
         const qlonglong v = value.toLongLong();
-        const bool fits = v >= std::numeric_limits<int>::min() && v <= std::numeric_limits<int>::max();
+        const bool fits = v >= std::numeric_limits<int>::min() && v <= std::numeric_limits<int>::max()
+                          && (value.metaType().id() == QMetaType::LongLong || value.toULongLong() <= quint64(v));
         setColumnType(column, fits ? FieldTypeInteger : FieldTypeBigInt);
         break;
     }

@@ -27,13 +27,17 @@ QString uniqueQtConnectionName()
     return QStringLiteral("PanelKestrin.Connection.%1").arg(counter.fetchAndAddRelaxed(1) + 1);
 }
 
-// A parameter as the engine should receive it: NULL for Null and Empty, date-times as the
-// text form each engine compares and stores correctly, booleans as 1/0 on SQLite.
+// A parameter as the engine should receive it: NULL for Null and Empty, text as text (even a
+// null QString), date-times as the text form each engine compares and stores correctly,
+// booleans as 1/0 on SQLite.
 QVariant bindable(const QVariant &value, Connection::Engine engine)
 {
     if (isEmpty(value) || isNull(value))
         return QVariant(QMetaType::fromType<QString>());
     switch (value.metaType().id()) {
+    case QMetaType::QString:
+        // QtSql binds a null QString as NULL; text, even empty, is text (Null() binds NULL).
+        return value.toString().isNull() ? QVariant(QString(QLatin1String(""))) : value;
     case QMetaType::QDateTime: {
         const QDateTime dt = value.toDateTime();
         return dt.toString(dt.time().msec() ? QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")

@@ -116,7 +116,9 @@ QVector<ColumnInfo> PostgresMetadata::describeResult(const QSqlQuery &query, con
     const QSqlRecord record = query.record();
     const QVariant handle = query.result() ? query.result()->handle() : QVariant();
     const PGresult *result = nullptr;
-    if (handle.isValid() && qstrcmp(handle.typeName(), "PGresult*") == 0)
+    // The driver registers the handle under the struct's own name, pg_result*.
+    if (handle.isValid()
+        && (qstrcmp(handle.typeName(), "pg_result*") == 0 || qstrcmp(handle.typeName(), "PGresult*") == 0))
         result = *static_cast<PGresult *const *>(handle.constData());
     if (!result || PQnfields(result) != record.count()) {
         // Without the driver's result the columns are typed by their values.

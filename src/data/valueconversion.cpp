@@ -116,9 +116,10 @@ void toInt(QVariant &v)
         v = nullValue();
         return;
     }
-    if (v.metaType().id() == QMetaType::LongLong) {
+    const int id = v.metaType().id();
+    if (id == QMetaType::LongLong || id == QMetaType::ULongLong) {
         const qlonglong x = v.toLongLong();
-        if (fitsInt(x))
+        if (fitsInt(x) && (id == QMetaType::LongLong || v.toULongLong() <= quint64(std::numeric_limits<int>::max())))
             v = QVariant(int(x));
     }
 }
@@ -135,7 +136,10 @@ void toLongLong(QVariant &v)
         return;
     }
     const int id = v.metaType().id();
-    if (id == QMetaType::Int || id == QMetaType::QString) {
+    // The PostgreSQL driver gives a non-negative BIGINT as an unsigned number.
+    if (id == QMetaType::ULongLong && v.toULongLong() <= quint64(std::numeric_limits<qlonglong>::max())) {
+        v = QVariant(v.toLongLong());
+    } else if (id == QMetaType::Int || id == QMetaType::QString) {
         bool ok = false;
         const qlonglong x = v.toLongLong(&ok);
         if (ok)
@@ -153,6 +157,7 @@ void toDouble(QVariant &v)
     case QMetaType::Double:
         return;
     case QMetaType::LongLong:
+    case QMetaType::ULongLong:
     case QMetaType::Int:
     case QMetaType::Float:
     case QMetaType::QString: {
@@ -177,6 +182,7 @@ void toBool(QVariant &v)
     case QMetaType::Bool:
         return;
     case QMetaType::LongLong:
+    case QMetaType::ULongLong:
     case QMetaType::Int:
         v = QVariant(v.toLongLong() != 0);
         return;
