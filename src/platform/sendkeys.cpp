@@ -233,10 +233,15 @@ void SendKeys(const QString &Keys, bool Wait)
         postDelivery();
         return;
     }
-    while (!q.strokes.empty()) {
-        const KeyStroke k = q.strokes.front();
-        q.strokes.pop_front();
-        deliver(k);
+    try {
+        while (!q.strokes.empty()) {
+            const KeyStroke k = q.strokes.front();
+            q.strokes.pop_front();
+            deliver(k);
+        }
+    } catch (...) {
+        postDelivery(); // keys behind the one whose handler failed are still typed
+        throw;
     }
 }
 
