@@ -5,7 +5,7 @@
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config
           qt6-base-dev qt6-tools-dev libqt6sql6-sqlite libqt6sql6-psql libgl-dev
-          libsqlite3-dev fonts-dejavu-core)
+          libsqlite3-dev libpq-dev fonts-dejavu-core)
 if [ "${1:-}" = test ]; then
     packages+=(postgresql)
 fi

@@ -251,7 +251,9 @@ qint32 Connection::run(const QString &CommandText, const QVariantList *Parameter
     auto rejected = [&CommandText](const QString &message) {
         raiseDataError(ErrCommandFailed, tr("%1 (statement: %2)").arg(message, CommandText), kSource);
     };
-    if (hasSeveralStatements(CommandText))
+    bool several = false;
+    const QString sql = singleStatement(CommandText, several);
+    if (several)
         rejected(tr("Only one statement can be run at a time."));
 
     QSqlQuery query(d->database);
@@ -259,13 +261,13 @@ qint32 Connection::run(const QString &CommandText, const QVariantList *Parameter
     const qint64 mark = d->metadata->changeMark();
     bool ok = false;
     if (Parameters) {
-        if (!query.prepare(CommandText))
+        if (!query.prepare(sql))
             rejected(query.lastError().text());
         for (const QVariant &value : *Parameters)
             query.addBindValue(bindable(value, d->engine));
         ok = query.exec();
     } else {
-        ok = query.exec(CommandText);
+        ok = query.exec(sql);
     }
     if (!ok)
         rejected(query.lastError().text());

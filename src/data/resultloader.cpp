@@ -46,20 +46,22 @@ void typeColumnsFromValues(LoadedResult &result)
 
 LoadedResult loadResult(ConnectionPrivate &connection, const QString &statement)
 {
-    if (hasSeveralStatements(statement))
+    bool several = false;
+    const QString sql = singleStatement(statement, several);
+    if (several)
         raiseRejected(QCoreApplication::translate("PanelKestrin::Recordset",
                                                   "Only one statement can be run at a time."),
                       statement);
     LoadedResult result;
     QSqlQuery query(connection.database);
     query.setForwardOnly(true);
-    if (!query.exec(statement))
+    if (!query.exec(sql))
         raiseRejected(query.lastError().text(), statement);
     if (!query.isSelect())
         return result;
 
     result.returnedRows = true;
-    result.columns = connection.metadata->describeResult(query, statement);
+    result.columns = connection.metadata->describeResult(query, sql);
     const int fieldCount = int(result.columns.size());
     QVarLengthArray<ValueConverter, 32> converters;
     for (const ColumnInfo &column : std::as_const(result.columns))

@@ -69,9 +69,10 @@ qsizetype skipDollarQuoted(const QString &text, qsizetype i)
 
 } // namespace
 
-bool hasSeveralStatements(const QString &text)
+QString singleStatement(const QString &text, bool &several)
 {
-    bool sawTerminator = false;
+    several = false;
+    qsizetype terminator = -1;
     qsizetype i = 0;
     while (i < text.size()) {
         const QChar c = text[i];
@@ -85,12 +86,15 @@ bool hasSeveralStatements(const QString &text)
             continue;
         }
         if (c == QLatin1Char(';')) {
-            sawTerminator = true;
+            if (terminator < 0)
+                terminator = i;
             ++i;
             continue;
         }
-        if (sawTerminator)
-            return true;
+        if (terminator >= 0) {
+            several = true;
+            break;
+        }
         if (c == QLatin1Char('\'') || c == QLatin1Char('"') || c == QLatin1Char('`')) {
             i = skipQuoted(text, i);
             continue;
@@ -102,7 +106,7 @@ bool hasSeveralStatements(const QString &text)
         }
         ++i;
     }
-    return false;
+    return terminator < 0 ? text : text.left(terminator);
 }
 
 } // namespace PanelKestrin

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void parametersAreBoundInOrder();
     void rejectedStatementChangesNothing_data();
     void rejectedStatementChangesNothing();
+    void semicolonsInsideOneStatement_data();
+    void semicolonsInsideOneStatement();
     void primaryKeySchema_data();
     void primaryKeySchema();
     void closedConnection();
@@ -232,6 +234,31 @@ void tst_Connection::rejectedStatementChangesNothing()
     rs.Open(QStringLiteral("SELECT n FROM rj_items"), &cn);
     QCOMPARE(rs.GetRows(-1, 1).value(0, 0), QVariant(5));
     QCOMPARE(rs.RecordCount(), 1);
+}
+
+void tst_Connection::semicolonsInsideOneStatement_data()
+{
+    QTest::addColumn<QString>("engine");
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("value");
+    FOR_EACH_ENGINE("in a string") << "SELECT 'a;b' AS v" << "a;b";
+    FOR_EACH_ENGINE("doubled quote") << "SELECT 'it''s;' AS v" << "it's;";
+    FOR_EACH_ENGINE("in a quoted name") << "SELECT \"v;\" AS v FROM (SELECT 'q' AS \"v;\") t" << "q";
+    FOR_EACH_ENGINE("trailing ; and comment") << "SELECT 'x' AS v; -- done" << "x";
+    QTest::newRow("postgres: dollar quoted") << "postgres" << "SELECT $t$;'$t$ AS v" << ";'";
+    QTest::newRow("postgres: escape string") << "postgres" << "SELECT E'\\';' AS v" << "';";
+}
+
+void tst_Connection::semicolonsInsideOneStatement()
+{
+    QFETCH(QString, engine);
+    QFETCH(QString, statement);
+    QFETCH(QString, value);
+    Connection cn;
+    OPEN_ENGINE(cn, engine, m_dir);
+    Recordset rs;
+    rs.Open(statement, &cn);
+    QCOMPARE(rs.Fields().Item(QStringLiteral("v")).Value().toString(), value);
 }
 
 void tst_Connection::primaryKeySchema_data()
