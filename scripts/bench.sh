@@ -10,7 +10,7 @@ cmake -S . -B "$build" -G Ninja -DPANELKESTRIN_BUILD_BENCH=ON -DPANELKESTRIN_BUI
 cmake --build "$build"
 status=0
 for bench in "$build"/bench/bench_*; do
-    [ -x "$bench" ] || continue
+    [ -f "$bench" ] && [ -x "$bench" ] || continue
     "$bench" || status=1
 done
 exit $status
