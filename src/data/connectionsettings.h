@@ -1,7 +1,4 @@
-// Include guard rather than #pragma once: the moc output reaches this header by its source
-// path while users include the published copy.
-#ifndef PANELKESTRIN_CONNECTIONSETTINGS_H
-#define PANELKESTRIN_CONNECTIONSETTINGS_H
+#pragma once
 
 #include <PanelKestrin/panelkestrin_export.h>
 
@@ -52,4 +49,3 @@ private:
 
 } // namespace PanelKestrin
 
-#endif // PANELKESTRIN_CONNECTIONSETTINGS_H

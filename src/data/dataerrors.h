@@ -1,7 +1,4 @@
-// Include guard rather than #pragma once: the moc output reaches this header by its source
-// path while users include the published copy.
-#ifndef PANELKESTRIN_DATAERRORS_H
-#define PANELKESTRIN_DATAERRORS_H
+#pragma once
 
 #include <PanelKestrin/panelkestrin_export.h>
 
@@ -27,4 +24,3 @@ enum DataErrorNumber : int {
 
 } // namespace PanelKestrin
 
-#endif // PANELKESTRIN_DATAERRORS_H

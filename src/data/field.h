@@ -1,7 +1,4 @@
-// Include guard rather than #pragma once: the moc output reaches this header by its source
-// path while users include the published copy.
-#ifndef PANELKESTRIN_FIELD_H
-#define PANELKESTRIN_FIELD_H
+#pragma once
 
 #include <PanelKestrin/panelkestrin_export.h>
 
@@ -87,4 +84,3 @@ private:
 
 } // namespace PanelKestrin
 
-#endif // PANELKESTRIN_FIELD_H

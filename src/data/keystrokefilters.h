@@ -1,7 +1,4 @@
-// Include guard rather than #pragma once: the moc output reaches this header by its source
-// path while users include the published copy.
-#ifndef PANELKESTRIN_KEYSTROKEFILTERS_H
-#define PANELKESTRIN_KEYSTROKEFILTERS_H
+#pragma once
 
 #include <PanelKestrin/panelkestrin_export.h>
 
@@ -28,4 +25,3 @@ PANELKESTRIN_EXPORT qint16 DecimalKeyFilter(qint16 KeyAscii, QLineEdit *EditBox,
 
 } // namespace PanelKestrin
 
-#endif // PANELKESTRIN_KEYSTROKEFILTERS_H

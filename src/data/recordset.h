@@ -1,7 +1,4 @@
-// Include guard rather than #pragma once: the moc output reaches this header by its source
-// path while users include the published copy.
-#ifndef PANELKESTRIN_RECORDSET_H
-#define PANELKESTRIN_RECORDSET_H
+#pragma once
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/field.h>
@@ -137,4 +134,3 @@ private:
 
 } // namespace PanelKestrin
 
-#endif // PANELKESTRIN_RECORDSET_H
