@@ -1,0 +1,112 @@
+#pragma once
+
+#include <PanelKestrin/panelkestrin_export.h>
+#include <PanelKestrin/toolbarbase.h>
+
+#include <QVariant>
+
+namespace PanelKestrin {
+
+// The record navigation toolbar: the transaction commands plus First, Prev, Next and Last over
+// the shared recordset srset. It remembers the record that was current before an edit, lets
+// the host stop any follow-up step by setting gErrorInClick in an event or move handler, asks
+// before undoing only when the form is dirty, and answers the host form's close query through
+// the hidden command 15. Run-time errors inside a click are trapped: like a click the host
+// stopped while an error is pending (Err()), they are reported in a critical message box
+// titled "Force Formdeck".
+//
+// The mode changes go through the state helper, which combines each button's plain state with
+// the host's permission flags: First with Not gAllowMoveFirst, Prev with Not gAllowMoveNext,
+// Next with Not gAllowMovePrevious, Last with Not gAllowMoveLast, Add, Edit and Delete with
+// gAllowAdd, gAllowEdit and gAllowDelete, and Find (when not listed) with Not gAllowFind.
+// So with the flags at their initial False the navigation buttons follow the modes, and Add,
+// Edit and Delete stay off until the host allows them.
+class PANELKESTRIN_EXPORT UserControl1 : public ToolbarBase
+{
+    Q_OBJECT
+    Q_PROPERTY(bool gAllowMoveFirst MEMBER gAllowMoveFirst)
+    Q_PROPERTY(bool gAllowMovePrevious MEMBER gAllowMovePrevious)
+    Q_PROPERTY(bool gAllowMoveNext MEMBER gAllowMoveNext)
+    Q_PROPERTY(bool gAllowMoveLast MEMBER gAllowMoveLast)
+    Q_PROPERTY(bool gAllowAdd MEMBER gAllowAdd)
+    Q_PROPERTY(bool gAllowEdit MEMBER gAllowEdit)
+    Q_PROPERTY(bool gAllowDelete MEMBER gAllowDelete)
+    Q_PROPERTY(bool gAllowFind MEMBER gAllowFind)
+    Q_PROPERTY(bool gErrorInClick MEMBER gErrorInClick)
+    Q_PROPERTY(bool gFormIsDirty MEMBER gFormIsDirty)
+    Q_PROPERTY(bool gFormQueryUnloadFired MEMBER gFormQueryUnloadFired)
+    Q_PROPERTY(bool gUnloadFomForQueryUnload MEMBER gUnloadFomForQueryUnload)
+
+public:
+    enum Formdeckbtn {
+        btntop = 0,
+        btnprev = 1,
+        btnnext = 2,
+        btnlast = 3,
+        btnadd = 4,
+        btnedit = 5,
+        btndel = 6,
+        btnsave = 7,
+        btnfind = 8,
+        btnprint = 9,
+        btnquit = 10,
+        btnundo = 11,
+    };
+    Q_ENUM(Formdeckbtn)
+
+    // The hidden command a host runs from its form's close query.
+    static constexpr qint16 QueryUnloadCommand = 15;
+
+    // Public variables, all False at creation.
+    bool gAllowMoveFirst = false;
+    bool gAllowMovePrevious = false;
+    bool gAllowMoveNext = false;
+    bool gAllowMoveLast = false;
+    bool gAllowAdd = false;
+    bool gAllowEdit = false;
+    bool gAllowDelete = false;
+    bool gAllowFind = false;
+    // Set by a host handler to stop the rest of the click; reset at the start and end of each.
+    bool gErrorInClick = false;
+    // The form holds unsaved changes: Undo and the close query ask before discarding them.
+    bool gFormIsDirty = false;
+    // Set by the host while its form's close query runs.
+    bool gFormQueryUnloadFired = false;
+    // The answer to the close query: True keeps the form open.
+    bool gUnloadFomForQueryUnload = false;
+
+    explicit UserControl1(QWidget *parent = nullptr);
+
+    // Runs button Index (0 to 11), the close-query command 15, or only the closing step for
+    // any other index.
+    void Command1_Click(qint16 Index) override;
+
+    // Which report Print produces (write-only; "D" after start-up, "O" = the host prints).
+    Q_INVOKABLE void setReportToPrint(const QString &ReportToPrint);
+
+Q_SIGNALS:
+    void addclick();
+    void editclick();
+    void Deleteclick();
+    void saveclick();
+    void findclick();
+    void printclick();
+
+protected:
+    bool gatedState(int Index, bool plain, bool listed) const override;
+
+private:
+    enum class Outcome { Continue, Stopped, Ended };
+    Outcome runCommand(qint16 Index, int &answer);
+    void closingStep(qint16 Index, int answer);
+    void reportPendingError();
+    int confirmUndo() const;
+    bool atEitherEnd(Recordset *rs) const;
+
+    bool m_addMode = false;
+    bool m_saveValid = false;
+    // srset's bookmark after the last command, or the whole number 0 at either end.
+    QVariant m_savedPosition = 0;
+};
+
+} // namespace PanelKestrin
