@@ -257,7 +257,9 @@ void frmprint::cmbfield_Click()
 
 void frmprint::cmdcancel_Click()
 {
-    UnloadForm(this);
+    // Closing a window that is not on screen may skip the close event; the form unloads anyway.
+    if (UnloadForm(this))
+        Form_Unload();
 }
 
 // Unloading forgets what the form showed; the next Print loads it from the block again.

@@ -44,7 +44,7 @@ gridcontrol *GridPanel::grid() const
     if (!UserGridName)
         throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
                                                 + QStringLiteral(": UserGridName"),
-                           QStringLiteral(PK_CONTEXT));
+                           errorSource());
     return UserGridName;
 }
 

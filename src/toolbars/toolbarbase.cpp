@@ -40,7 +40,11 @@ constexpr int kPrintFormOffsetTwips = 350;
 
 ToolbarBase::ToolbarBase(const char *context, const ToolbarButtonSpec *buttons, int count, qint16 undoIndex,
                          qint16 saveIndex, QWidget *parent)
-    : QWidget(parent), m_context(QString::fromLatin1(context)), m_undoIndex(undoIndex), m_saveIndex(saveIndex)
+    : QWidget(parent),
+      m_context(QString::fromLatin1(context)),
+      m_source(QString(m_context).replace(QLatin1String("::"), QLatin1String("."))),
+      m_undoIndex(undoIndex),
+      m_saveIndex(saveIndex)
 {
     auto *frame = new QFrame(this);
     frame->setObjectName(QStringLiteral("Frame1"));
@@ -89,12 +93,12 @@ void ToolbarBase::createAccessKeys()
     m_escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     m_escape->setContext(Qt::WindowShortcut);
     connect(m_escape, &QShortcut::activated, this, [this] {
-        guardEvent(m_context + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyEscape); });
+        guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyEscape); });
     });
     auto *focusSave = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_W), this);
     focusSave->setContext(Qt::WindowShortcut);
     connect(focusSave, &QShortcut::activated, this, [this] {
-        guardEvent(m_context + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyLowerW); });
+        guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyLowerW); });
     });
 }
 
@@ -109,13 +113,13 @@ void ToolbarBase::fitButtons()
 
 void ToolbarBase::runGuarded(qint16 Index)
 {
-    guardEvent(m_context + QStringLiteral(".Command1_Click"), [&] { Command1_Click(Index); });
+    guardEvent(m_source + QStringLiteral(".Command1_Click"), [&] { Command1_Click(Index); });
 }
 
 QAbstractButton *ToolbarBase::Command1(int Index) const
 {
     if (Index < 0 || Index >= m_buttons.size())
-        throw RuntimeError(ErrInvalidPropertyValue, QStringLiteral("Command1(%1)").arg(Index), m_context);
+        throw RuntimeError(ErrInvalidPropertyValue, QStringLiteral("Command1(%1)").arg(Index), m_source);
     return m_buttons.at(Index);
 }
 
@@ -294,7 +298,8 @@ Recordset *ToolbarBase::recordset() const
     Recordset *rs = reportParameters().srset;
     if (!rs)
         throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
-                                                + QStringLiteral(": srset"), m_context);
+                                                + QStringLiteral(": srset"),
+                           m_source);
     return rs;
 }
 

@@ -117,6 +117,8 @@ protected:
     // ReportToPrint is write-only and offered by two of the toolbars.
     void storeReportToPrint(const QString &ReportToPrint);
 
+    // The Source of the errors the toolbar raises ("PanelKestrin.TrnControl" ...).
+    QString errorSource() const { return m_source; }
     // Gives the buttons one common size after their fonts changed.
     void fitButtons();
     // Runs a user event's command so that no error reaches the event loop.
@@ -126,6 +128,7 @@ private:
     void createAccessKeys();
 
     QString m_context;
+    QString m_source;
     QVector<QAbstractButton *> m_buttons;
     qint16 m_undoIndex;
     qint16 m_saveIndex;

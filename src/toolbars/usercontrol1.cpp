@@ -249,14 +249,15 @@ UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
 
 void UserControl1::closingStep(qint16 Index, int answer)
 {
-    Recordset *rs = recordset();
     if (Index >= btntop && Index <= btnlast) {
         // A move refreshes the form only when it reached another record.
+        Recordset *rs = recordset();
         if (!atEitherEnd(rs) && CDbl(rs->Bookmark()) != CDbl(m_savedPosition))
             callHost(QStringLiteral("refresh1"));
     } else if ((Index == btnundo && answer == vbYes) || Index == btnfind || (Index == btndel && answer == vbYes)) {
         callHost(QStringLiteral("refresh1"));
     }
+    Recordset *rs = recordset();
     m_savedPosition = atEitherEnd(rs) ? QVariant(0) : rs->Bookmark();
     gErrorInClick = false;
 }

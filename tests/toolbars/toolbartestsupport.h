@@ -75,6 +75,21 @@ inline void click(const QWidget *toolbar, int index)
     QTest::mouseClick(button(toolbar, index), Qt::LeftButton);
 }
 
+// Installed once per test program: a message box or a modal form that no test scripted fails
+// the running test instead of waiting for a user.
+inline void failOnUnscriptedModals()
+{
+    PanelKestrin::setMessageBoxHandler([](const QString &prompt, int, const QString &title) {
+        QTest::qFail(qPrintable(QStringLiteral("unscripted message box: ") + title + QStringLiteral(": ") + prompt),
+                     __FILE__, __LINE__);
+        return int(PanelKestrin::vbNo);
+    });
+    PanelKestrin::setModalRunner([](QDialog *form) {
+        QTest::qFail(qPrintable(QStringLiteral("unscripted modal form ") + form->objectName()), __FILE__, __LINE__);
+        return int(QDialog::Rejected);
+    });
+}
+
 // Answers message boxes from a script (No when it runs out) and notes each in the journal as
 // "box:<title>"; the prompts and styles are kept too.
 struct Boxes
@@ -84,43 +99,49 @@ struct Boxes
     QStringList prompts;
     QList<int> styles;
 
+    PanelKestrin::MessageBoxHandler previous;
+
     explicit Boxes(QStringList &j, QList<int> script = {}) : journal(j), answers(std::move(script))
     {
-        PanelKestrin::setMessageBoxHandler([this](const QString &prompt, int style, const QString &title) {
+        previous = PanelKestrin::setMessageBoxHandler([this](const QString &prompt, int style, const QString &title) {
             journal << QStringLiteral("box:") + title;
             prompts << prompt;
             styles << style;
             return answers.isEmpty() ? int(PanelKestrin::vbNo) : answers.takeFirst();
         });
     }
-    ~Boxes() { PanelKestrin::setMessageBoxHandler({}); }
+    ~Boxes() { PanelKestrin::setMessageBoxHandler(previous); }
 };
 
 // Collects what the event-boundary reporter would show.
 struct Reported
 {
     QList<int> numbers;
+    PanelKestrin::ErrorReporter previous;
+
     Reported()
     {
-        PanelKestrin::setErrorReporter([this](const PanelKestrin::RuntimeError &e) { numbers << e.Number(); });
+        previous = PanelKestrin::setErrorReporter([this](const PanelKestrin::RuntimeError &e) { numbers << e.Number(); });
     }
-    ~Reported() { PanelKestrin::setErrorReporter({}); }
+    ~Reported() { PanelKestrin::setErrorReporter(previous); }
 };
 
 // Runs inspect on every modal form shown, instead of a nested event loop.
 struct ModalForms
 {
     int shown = 0;
+    PanelKestrin::ModalRunner previous;
+
     explicit ModalForms(std::function<void(QDialog *)> inspect = {})
     {
-        PanelKestrin::setModalRunner([this, inspect](QDialog *form) {
+        previous = PanelKestrin::setModalRunner([this, inspect](QDialog *form) {
             ++shown;
             if (inspect)
                 inspect(form);
             return int(QDialog::Rejected);
         });
     }
-    ~ModalForms() { PanelKestrin::setModalRunner({}); }
+    ~ModalForms() { PanelKestrin::setModalRunner(previous); }
 };
 
 // A customers table of `rows` records (codes C1, C2 ...) in a fresh SQLite file, and a

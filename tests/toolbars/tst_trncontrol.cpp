@@ -41,6 +41,7 @@ class tst_trncontrol : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { failOnUnscriptedModals(); }
     void commandCycle_data();
     void commandCycle();
     void quitUnloadsTheHostForm();
@@ -171,6 +172,7 @@ void tst_trncontrol::printOpensTheQueryFormBelowTheHost()
         const int hostTop = CallByName(&host, QStringLiteral("Top"), VbGet).toInt();
         QVERIFY(qAbs(CallByName(form, QStringLiteral("Top"), VbGet).toInt() - (hostTop + 350)) <= 15);
         QCOMPARE(CallByName(form, QStringLiteral("Left"), VbGet), CallByName(&host, QStringLiteral("Left"), VbGet));
+        QTest::mouseClick(form->findChild<QAbstractButton *>(QStringLiteral("cmdcancel")), Qt::LeftButton);
     });
     const QString was = pattern(bar);
     click(bar, TrnControl::btnprint);
