@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include <charconv>
 #include <cmath>
 
 namespace PanelKestrin {
@@ -43,11 +44,21 @@ QString twoDigits(int n)
     return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
 }
 
+// mm/dd/yyyy. Grids convert every date they load, so the common four-digit year is written
+// character by character.
 QString dateText(const QDate &date)
 {
-    return QStringLiteral("%1/%2/%3")
-        .arg(twoDigits(date.month()), twoDigits(date.day()))
-        .arg(date.year(), 4, 10, QLatin1Char('0'));
+    const int year = date.year();
+    if (year < 0 || year > 9999)
+        return QStringLiteral("%1/%2/%3")
+            .arg(twoDigits(date.month()), twoDigits(date.day()))
+            .arg(year, 4, 10, QLatin1Char('0'));
+    const auto digit = [](int n) { return QChar(u'0' + n); };
+    const QChar text[10] = {digit(date.month() / 10), digit(date.month() % 10), QLatin1Char('/'),
+                            digit(date.day() / 10),   digit(date.day() % 10),   QLatin1Char('/'),
+                            digit(year / 1000),       digit(year / 100 % 10),   digit(year / 10 % 10),
+                            digit(year % 10)};
+    return QString(text, 10);
 }
 
 QString timeText(const QTime &time)
@@ -63,7 +74,13 @@ QString numberText(double x, int digits)
         raiseOverflow("CStr");
     if (x == 0.0)
         return QStringLiteral("0");
-    return QString::number(x, 'g', digits).toUpper();
+    // The "%.*g" form, written without a locale and with the exponent letter in upper case.
+    char text[40];
+    const std::to_chars_result written = std::to_chars(text, text + sizeof text, x, std::chars_format::general, digits);
+    for (char *c = text; c != written.ptr; ++c)
+        if (*c == 'e')
+            *c = 'E';
+    return QString::fromLatin1(text, int(written.ptr - text));
 }
 
 // The Double value of anything that converts to a number.
