@@ -1,0 +1,192 @@
+#include "customerfields.h"
+
+#include <PanelKestrin/connection.h>
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/recordset.h>
+#include <PanelKestrin/toolbarbase.h>
+#include <PanelKestrin/variant.h>
+
+#include <QCheckBox>
+#include <QDoubleValidator>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QSpinBox>
+
+using namespace PanelKestrin;
+
+namespace {
+
+QString text(const Recordset &rs, const char *field)
+{
+    const QVariant value = rs.Fields().Item(QLatin1String(field)).Value();
+    return isNull(value) ? QString() : CStr(value);
+}
+
+QVariant orNull(const QString &value)
+{
+    return value.trimmed().isEmpty() ? QVariant() : QVariant(value.trimmed());
+}
+
+// A literal for a key value read back from the database (quotes doubled).
+QString quoted(const QString &value)
+{
+    return QLatin1Char('\'') + QString(value).replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
+}
+
+bool refuse(QWidget *field, const QString &message)
+{
+    MsgBox(message, vbExclamation);
+    field->setFocus();
+    return false;
+}
+
+} // namespace
+
+QString CustomerFields::selectList()
+{
+    return QStringLiteral("cust_code, cust_name, city, phone, credit_limit, discount_pct, active");
+}
+
+CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
+{
+    auto *form = new QFormLayout(this);
+    const auto line = [this](int maxLength) {
+        auto *edit = new QLineEdit(this);
+        edit->setMaxLength(maxLength);
+        connect(edit, &QLineEdit::textEdited, this, &CustomerFields::edited);
+        return edit;
+    };
+    m_code = line(8);
+    m_name = line(40);
+    m_city = line(30);
+    m_phone = line(20);
+    m_credit = line(14);
+    m_credit->setValidator(new QDoubleValidator(0, 9999999999.99, 2, m_credit));
+    m_discount = new QSpinBox(this);
+    m_discount->setRange(0, 100);
+    m_discount->setSuffix(QStringLiteral(" %"));
+    connect(m_discount, &QSpinBox::valueChanged, this, [this] {
+        if (m_discount->hasFocus())
+            emit edited();
+    });
+    m_active = new QCheckBox(tr("Acti&ve account"), this);
+    connect(m_active, &QCheckBox::clicked, this, &CustomerFields::edited);
+    form->addRow(tr("&Code"), m_code);
+    form->addRow(tr("Na&me"), m_name);
+    form->addRow(tr("Cit&y"), m_city);
+    form->addRow(tr("P&hone"), m_phone);
+    form->addRow(tr("Credi&t limit"), m_credit);
+    form->addRow(tr("Disc&ount"), m_discount);
+    form->addRow(QString(), m_active);
+    setEditing(false, false);
+}
+
+void CustomerFields::showRecord(const Recordset &rs)
+{
+    if (rs.BOF() || rs.adoEOF()) {
+        clear();
+        return;
+    }
+    m_code->setText(text(rs, "cust_code"));
+    m_name->setText(text(rs, "cust_name"));
+    m_city->setText(text(rs, "city"));
+    m_phone->setText(text(rs, "phone"));
+    const QVariant credit = rs.Fields().Item(QStringLiteral("credit_limit")).Value();
+    m_credit->setText(isNull(credit) ? QString() : QString::number(CDbl(credit), 'f', 2));
+    const QVariant discount = rs.Fields().Item(QStringLiteral("discount_pct")).Value();
+    m_discount->setValue(isNull(discount) ? 0 : CInt(discount));
+    m_active->setChecked(CBool(rs.Fields().Item(QStringLiteral("active")).Value()));
+}
+
+void CustomerFields::clear()
+{
+    for (QLineEdit *edit : {m_code, m_name, m_city, m_phone, m_credit})
+        edit->clear();
+    m_discount->setValue(0);
+    m_active->setChecked(true);
+}
+
+void CustomerFields::setEditing(bool editing, bool adding)
+{
+    m_code->setReadOnly(!(editing && adding));
+    for (QLineEdit *edit : {m_name, m_city, m_phone, m_credit})
+        edit->setReadOnly(!editing);
+    m_discount->setReadOnly(!editing);
+    m_active->setEnabled(editing);
+    if (editing)
+        (adding ? m_code : m_name)->setFocus();
+}
+
+QString CustomerFields::code() const
+{
+    return m_code->text().trimmed();
+}
+
+bool CustomerFields::validate(Connection &cn, bool adding)
+{
+    if (code().isEmpty())
+        return refuse(m_code, tr("Enter the customer's code."));
+    if (m_name->text().trimmed().isEmpty())
+        return refuse(m_name, tr("Enter the customer's name."));
+    if (adding) {
+        Recordset existing;
+        existing.Open(QStringLiteral("SELECT cust_code FROM customers WHERE cust_code = %1").arg(quoted(code())), &cn);
+        if (existing.RecordCount() > 0)
+            return refuse(m_code, tr("Customer %1 already exists.").arg(code()));
+    }
+    if (!m_credit->text().isEmpty() && !m_credit->hasAcceptableInput())
+        return refuse(m_credit, tr("The credit limit must be an amount."));
+    return true;
+}
+
+void CustomerFields::insert(Connection &cn) const
+{
+    cn.Execute(QStringLiteral("INSERT INTO customers (cust_code, cust_name, city, phone, credit_limit, discount_pct, active)"
+                              " VALUES (?, ?, ?, ?, ?, ?, ?)"),
+               {code(), m_name->text().trimmed(), orNull(m_city->text()), orNull(m_phone->text()),
+                m_credit->text().isEmpty() ? QVariant() : QVariant(m_credit->text().toDouble()), m_discount->value(),
+                m_active->isChecked()});
+}
+
+void CustomerFields::update(Connection &cn) const
+{
+    cn.Execute(QStringLiteral("UPDATE customers SET cust_name = ?, city = ?, phone = ?, credit_limit = ?,"
+                              " discount_pct = ?, active = ? WHERE cust_code = ?"),
+               {m_name->text().trimmed(), orNull(m_city->text()), orNull(m_phone->text()),
+                m_credit->text().isEmpty() ? QVariant() : QVariant(m_credit->text().toDouble()), m_discount->value(),
+                m_active->isChecked(), code()});
+}
+
+int CustomerFields::orderCount(Connection &cn, const QString &code)
+{
+    Recordset orders;
+    orders.Open(QStringLiteral("SELECT order_no FROM orders WHERE cust_code = %1").arg(quoted(code)), &cn);
+    return orders.RecordCount();
+}
+
+void CustomerFields::remove(Connection &cn, const QString &code)
+{
+    cn.Execute(QStringLiteral("DELETE FROM customers WHERE cust_code = ?"), {code});
+}
+
+void CustomerFields::setReportParameters(ToolbarBase &toolbar, Recordset &rs, Connection &cn)
+{
+    toolbar.setsrset(&rs);
+    toolbar.setsortcaptions(tr("Name,Code,City"));
+    toolbar.setsortfields(QStringLiteral("cust_name,cust_code,city"));
+    toolbar.setselquery(QStringLiteral("SELECT ") + selectList() + QStringLiteral(" FROM customers"));
+    toolbar.setrptheading(tr("Customer list"));
+    toolbar.setrpttitle(tr("Customers"));
+    // "Criteria For" offers the cities; the chosen one is compared with the city column.
+    Recordset cities;
+    cities.Open(QStringLiteral("SELECT DISTINCT city FROM customers WHERE city IS NOT NULL ORDER BY city"), &cn);
+    if (cities.RecordCount() > 0) {
+        const VariantMatrix rows = cities.GetRows();
+        VariantMatrix criteria(0, rows.UBound(2), 0, 1);
+        for (int i = 0; i <= rows.UBound(2); ++i)
+            criteria(i, 0) = criteria(i, 1) = rows(0, i);
+        toolbar.setSelectionCriteria(criteria);
+        toolbar.setSelectionField(QStringLiteral("city"));
+    }
+}
