@@ -15,7 +15,7 @@ namespace {
 
 #define PK_CONTEXT "PanelKestrin::GridPanel"
 // The image list holds the pictures in button order: item i + 1 is button i's.
-const ToolbarButtonSpec kButtons[] = {
+const ToolbarButton kButtons[] = {
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&First"), QT_TRANSLATE_NOOP(PK_CONTEXT, "First Page of Grid"), "first"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Prev"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Previous Page of Grid"), "prev"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Next"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Next Page of Grid"), "next"},

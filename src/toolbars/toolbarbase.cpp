@@ -38,7 +38,7 @@ constexpr int kPrintFormOffsetTwips = 350;
 
 } // namespace
 
-ToolbarBase::ToolbarBase(const char *context, const ToolbarButtonSpec *buttons, int count, qint16 undoIndex,
+ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int count, qint16 undoIndex,
                          qint16 saveIndex, QWidget *parent)
     : QWidget(parent),
       m_context(QString::fromLatin1(context)),

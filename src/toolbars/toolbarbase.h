@@ -16,7 +16,7 @@ namespace PanelKestrin {
 
 class PropertyBag;
 class Recordset;
-struct ToolbarButtonSpec;
+struct ToolbarButton;
 
 // What the three command toolbars share: one row of buttons Command1_0 ... Command1_n in the
 // frame Frame1, one picture per button from the toolbar's image list, the enabling string
@@ -89,7 +89,7 @@ protected:
     // Builds the row from buttons (index i = button i) and starts the toolbar: button i gets
     // image-list item i + 1, then the shared report parameters are reset. undoIndex and
     // saveIndex are the buttons the access keys press and focus.
-    ToolbarBase(const char *context, const ToolbarButtonSpec *buttons, int count, qint16 undoIndex,
+    ToolbarBase(const char *context, const ToolbarButton *buttons, int count, qint16 undoIndex,
                 qint16 saveIndex, QWidget *parent);
 
     QAbstractButton *Command1(int Index) const;

@@ -14,7 +14,7 @@ namespace {
 
 #define PK_CONTEXT "PanelKestrin::TrnControl"
 // The image list holds the pictures in button order: item i + 1 is button i's.
-const ToolbarButtonSpec kButtons[] = {
+const ToolbarButton kButtons[] = {
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Add"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Add a Record"), "add"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Edit"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Update  a Record"), "edit"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Delete"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Delete  a Record"), "delete"},

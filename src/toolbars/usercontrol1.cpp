@@ -17,7 +17,7 @@ namespace {
 
 #define PK_CONTEXT "PanelKestrin::UserControl1"
 // The image list holds the pictures in button order: item i + 1 is button i's.
-const ToolbarButtonSpec kButtons[] = {
+const ToolbarButton kButtons[] = {
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&First"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Move to First Record"), "first"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Prev"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Move to Previous Record"), "prev"},
     {QT_TRANSLATE_NOOP(PK_CONTEXT, "&Next"), QT_TRANSLATE_NOOP(PK_CONTEXT, "Move to Next Record"), "next"},

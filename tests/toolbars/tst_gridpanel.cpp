@@ -6,20 +6,17 @@
 
 #include <QLineEdit>
 
-using namespace PanelKestrin;
 using namespace ToolbarTest;
 using G = GridPanel;
 
 namespace {
 
-const QString kEdit = QStringLiteral("000001001");
-const QString kBrowse = QStringLiteral("111110110");
-const QString kEmpty = QStringLiteral("000010010");
+const QString kEdit = QStringLiteral("000001001"), kBrowse = QStringLiteral("111110110"),
+              kEmpty = QStringLiteral("000010010"), kAll = QStringLiteral("111111111");
 
-// A host form with the grid toolbar driving a grid of the customers, srset over the same rows.
-struct Fixture
+// The grid toolbar driving a grid of the customers, srset over the same rows.
+struct GridHost : Host
 {
-    Host host;
     GridPanel *bar = new GridPanel;
     gridcontrol *grid = new gridcontrol;
     Customers data;
@@ -28,24 +25,23 @@ struct Fixture
     bool open(int rows)
     {
         data.open(rows);
+        data.standOn(QStringLiteral("last"));
         gridRows.Open(QStringLiteral("SELECT code, name FROM customers ORDER BY code"), &data.cn);
         grid->setFixedSize(TwipsToPixelsX(6000, grid), TwipsToPixelsY(2400, grid));
         grid->setGridHeader(QStringLiteral("Code,Name"));
-        const bool shown = showOn(host, bar);
-        host.layout()->addWidget(grid);
+        const bool shown = showOn(*this, bar);
+        layout()->addWidget(grid);
         grid->MakeStruct(&gridRows);
-        grid->setDisableCol(QString());
-        grid->setInvokeHelpCol(QString());
-        grid->setMandatoryCol(QString());
+        for (const auto set : {&gridcontrol::setDisableCol, &gridcontrol::setInvokeHelpCol, &gridcontrol::setMandatoryCol})
+            (grid->*set)(QString());
         grid->MakeGridStructure();
         for (int i = 0; i < 5; ++i) // the grid settles its current cell through queued keys
             QCoreApplication::processEvents();
         bar->setUserGridName(grid);
         bar->setsrset(&data.rs);
-        QObject::connect(bar, &G::editclick, [this] { host.journal << QStringLiteral("editclick"); });
-        QObject::connect(bar, &G::saveclick, [this] { host.journal << QStringLiteral("saveclick"); });
-        QObject::connect(bar, &G::CancelClick, [this] { host.journal << QStringLiteral("CancelClick"); });
-        QObject::connect(bar, &G::printclick, [this] { host.journal << QStringLiteral("printclick"); });
+        for (auto [signal, name] : {std::pair{&G::editclick, "editclick"}, {&G::saveclick, "saveclick"},
+                                    {&G::CancelClick, "CancelClick"}, {&G::printclick, "printclick"}})
+            connect(bar, signal, this, [this, name = QString::fromLatin1(name)] { journal << name; });
         return shown;
     }
 };
@@ -66,20 +62,19 @@ private slots:
 
 void tst_gridpanel::pagingLeavesTheMode()
 {
-    Fixture f;
-    QVERIFY(f.open(40));
-    f.bar->setcmdenable(QStringLiteral("111100000"));
-    click(f.bar, G::btnnext);
-    const qint32 afterNext = f.grid->CurrentRowNumber();
-    QVERIFY(afterNext > 1);
-    click(f.bar, G::btnlast);
-    QCOMPARE(f.grid->CurrentRowNumber(), 40);
-    click(f.bar, G::btnprev);
-    QVERIFY(f.grid->CurrentRowNumber() < 40);
-    click(f.bar, G::btntop);
-    QCOMPARE(f.grid->CurrentRowNumber(), 1);
-    QCOMPARE(pattern(f.bar), QStringLiteral("111100000"));
-    QCOMPARE(f.host.journal, QStringList{}); // neither events nor host calls
+    GridHost host;
+    QVERIFY(host.open(40));
+    host.bar->setcmdenable(QStringLiteral("111100000"));
+    click(host.bar, G::btnnext);
+    QVERIFY(host.grid->CurrentRowNumber() > 1);
+    click(host.bar, G::btnlast);
+    QCOMPARE(host.grid->CurrentRowNumber(), 40);
+    click(host.bar, G::btnprev);
+    QVERIFY(host.grid->CurrentRowNumber() < 40);
+    click(host.bar, G::btntop);
+    QCOMPARE(host.grid->CurrentRowNumber(), 1);
+    QCOMPARE(pattern(host.bar), QStringLiteral("111100000"));
+    QCOMPARE(host.journal, QStringList{}); // neither events nor host calls
 }
 
 void tst_gridpanel::editCycle_data()
@@ -87,26 +82,20 @@ void tst_gridpanel::editCycle_data()
     QTest::addColumn<int>("rows");
     QTest::addColumn<QList<int>>("clicks");
     QTest::addColumn<bool>("gridRefuses");
-    QTest::addColumn<QList<int>>("answers");
-    QTest::addColumn<QStringList>("journal");
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QStringList>("journal"); // never "Validatefields" nor "refresh1"
     QTest::addColumn<QString>("mode");
-    QTest::addColumn<int>("record"); // srset's position afterwards; 0 = not checked
+    QTest::addColumn<int>("record"); // srset's position afterwards (0: not checked)
 
-    const QList<int> none, yes{vbYes}, no{vbNo};
-    QTest::newRow("Edit") << 3 << QList<int>{G::btnedit} << false << none << QStringList{"editclick"} << kEdit << 3;
-    QTest::newRow("Save") << 3 << QList<int>{G::btnedit, G::btnsave} << false << none
-                          << QStringList{"editclick", "saveclick"} << kBrowse << 3;
-    QTest::newRow("Save refused by the grid") << 3 << QList<int>{G::btnedit, G::btnsave} << true << none
-                                              << QStringList{"editclick"} << kEdit << 3;
-    QTest::newRow("Undo answered No") << 3 << QList<int>{G::btnedit, G::btnundo} << false << no
-                                      << QStringList{"editclick", "box:Confirm Undo"} << kEdit << 3;
-    QTest::newRow("Undo moves to the first record") << 3 << QList<int>{G::btnedit, G::btnundo} << false << yes
-                                                    << QStringList{"editclick", "box:Confirm Undo", "CancelClick"}
-                                                    << kBrowse << 1;
-    QTest::newRow("Undo with no records") << 0 << QList<int>{G::btnedit, G::btnundo} << false << yes
-                                          << QStringList{"editclick", "box:Confirm Undo", "CancelClick"} << kEmpty << 0;
-    QTest::newRow("Print") << 3 << QList<int>{G::btnprint} << false << none << QStringList{"printclick", "form shown"}
-                           << QStringLiteral("111111111") << 3;
+    const QList<int> save{G::btnedit, G::btnsave}, undo{G::btnedit, G::btnundo};
+    const QStringList undone{"editclick", "box:Confirm Undo", "CancelClick"};
+    QTest::newRow("Edit") << 3 << QList<int>{G::btnedit} << false << 0 << QStringList{"editclick"} << kEdit << 3;
+    QTest::newRow("Save") << 3 << save << false << 0 << QStringList{"editclick", "saveclick"} << kBrowse << 3;
+    QTest::newRow("Save refused by the grid") << 3 << save << true << 0 << QStringList{"editclick"} << kEdit << 3;
+    QTest::newRow("Undo answered No") << 3 << undo << false << int(vbNo) << QStringList{"editclick", "box:Confirm Undo"} << kEdit << 3;
+    QTest::newRow("Undo moves to the first record") << 3 << undo << false << int(vbYes) << undone << kBrowse << 1;
+    QTest::newRow("Undo with no records") << 0 << undo << false << int(vbYes) << undone << kEmpty << 0;
+    QTest::newRow("Print") << 3 << QList<int>{G::btnprint} << false << 0 << QStringList{"printclick", "frmprint"} << kAll << 3;
 }
 
 void tst_gridpanel::editCycle()
@@ -114,26 +103,25 @@ void tst_gridpanel::editCycle()
     QFETCH(int, rows);
     QFETCH(QList<int>, clicks);
     QFETCH(bool, gridRefuses);
-    QFETCH(QList<int>, answers);
+    QFETCH(int, answer);
     QFETCH(QStringList, journal);
     QFETCH(QString, mode);
     QFETCH(int, record);
 
-    Fixture f;
-    QVERIFY(f.open(rows));
-    f.data.standOn(QStringLiteral("last"));
-    if (gridRefuses) {
-        connect(f.grid, &gridcontrol::ValidateRow, [](qint32 &, qint16 &, QVariant &, bool &Cancel) { Cancel = true; });
-        f.grid->findChild<QLineEdit *>(QStringLiteral("TxtAdjust"))->setText(QStringLiteral("REFUSED"));
+    GridHost host;
+    QVERIFY(host.open(rows));
+    if (gridRefuses) { // the edit box holds a value the host's ValidateRow refuses
+        connect(host.grid, &gridcontrol::ValidateRow, [](qint32 &, qint16 &, QVariant &, bool &Cancel) { Cancel = true; });
+        host.grid->findChild<QLineEdit *>(QStringLiteral("TxtAdjust"))->setText(QStringLiteral("REFUSED"));
     }
-    Boxes boxes(f.host.journal, answers);
-    ModalForms forms([&](QDialog *) { f.host.journal << QStringLiteral("form shown"); });
+    Boxes boxes(host.journal, {answer});
+    ModalForms forms([&](QDialog *form) { host.journal << form->objectName(), form->close(); });
     for (int button : clicks)
-        click(f.bar, button);
-    QCOMPARE(f.host.journal, journal); // never "Validatefields" nor "refresh1"
-    QCOMPARE(pattern(f.bar), mode);
+        click(host.bar, button);
+    QCOMPARE(host.journal, journal);
+    QCOMPARE(pattern(host.bar), mode);
     if (record)
-        QCOMPARE(f.data.rs.AbsolutePosition(), record);
+        QCOMPARE(host.data.rs.AbsolutePosition(), record);
 }
 
 void tst_gridpanel::unsetGridIsError91()
@@ -141,17 +129,11 @@ void tst_gridpanel::unsetGridIsError91()
     Host host;
     auto *bar = new GridPanel;
     QVERIFY(showOn(host, bar));
-    int thrown = 0;
-    try {
-        bar->Command1_Click(G::btnnext);
-    } catch (const RuntimeError &e) {
-        thrown = e.Number();
-    }
-    QCOMPARE(thrown, int(ErrObjectNotSet));
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, bar->Command1_Click(G::btnnext));
     Reported reported;
     click(bar, G::btnsave);
     QCOMPARE(reported.numbers, QList<int>{ErrObjectNotSet});
-    QCOMPARE(pattern(bar), QStringLiteral("111111111"));
+    QCOMPARE(pattern(bar), kAll);
 }
 
 QTEST_MAIN(tst_gridpanel)
