@@ -88,18 +88,35 @@ ToolbarBase::~ToolbarBase() = default;
 
 void ToolbarBase::createAccessKeys()
 {
-    // Esc reaches the toolbar only while the Undo button is the form's cancel button (its
-    // designed state; the property bag may switch it off). Alt+W is the toolbar's own key.
-    m_escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-    m_escape->setContext(Qt::WindowShortcut);
-    connect(m_escape, &QShortcut::activated, this, [this] {
-        guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyEscape); });
-    });
-    auto *focusSave = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_W), this);
-    focusSave->setContext(Qt::WindowShortcut);
-    connect(focusSave, &QShortcut::activated, this, [this] {
-        guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(kKeyLowerW); });
-    });
+    // Esc belongs to the toolbar only while its Undo button is the form's cancel button and is
+    // enabled, so that two toolbars on one form do not compete for it and a dialog host keeps
+    // Esc otherwise. Alt+W is the toolbar's own key; with two toolbars it alternates.
+    const auto accessKey = [this](QKeySequence key, qint16 KeyAscii) {
+        auto *shortcut = new QShortcut(key, this);
+        shortcut->setContext(Qt::WindowShortcut);
+        const auto press = [this, KeyAscii] {
+            guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(KeyAscii); });
+        };
+        connect(shortcut, &QShortcut::activated, this, press);
+        connect(shortcut, &QShortcut::activatedAmbiguously, this, press);
+        return shortcut;
+    };
+    m_escape = accessKey(QKeySequence(Qt::Key_Escape), kKeyEscape);
+    accessKey(QKeySequence(Qt::ALT | Qt::Key_W), kKeyLowerW);
+    m_buttons.at(m_undoIndex)->installEventFilter(this);
+    updateEscapeKey();
+}
+
+void ToolbarBase::updateEscapeKey()
+{
+    m_escape->setEnabled(m_undoCancel && m_buttons.at(m_undoIndex)->isEnabled());
+}
+
+bool ToolbarBase::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange && watched == m_buttons.at(m_undoIndex))
+        updateEscapeKey();
+    return QWidget::eventFilter(watched, event);
 }
 
 void ToolbarBase::fitButtons()
@@ -196,14 +213,15 @@ void ToolbarBase::InitProperties()
 void ToolbarBase::ReadProperties(const PropertyBag &PropBag)
 {
     m_cmdenableText = PropBag.ReadProperty(kBagCmdenable, kDefaultCmdenable).toString();
-    m_escape->setEnabled(CBool(PropBag.ReadProperty(kBagCancel, false)));
+    m_undoCancel = CBool(PropBag.ReadProperty(kBagCancel, false));
+    updateEscapeKey();
     m_Default = CBool(PropBag.ReadProperty(kBagDefault, false));
 }
 
 void ToolbarBase::WriteProperties(PropertyBag &PropBag) const
 {
     PropBag.WriteProperty(kBagCmdenable, m_cmdenableText, kDefaultCmdenable);
-    PropBag.WriteProperty(kBagCancel, m_escape->isEnabled(), false);
+    PropBag.WriteProperty(kBagCancel, m_undoCancel, false);
     PropBag.WriteProperty(kBagDefault, m_Default, false);
 }
 

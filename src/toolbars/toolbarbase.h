@@ -124,8 +124,11 @@ protected:
     // Runs a user event's command so that no error reaches the event loop.
     void runGuarded(qint16 Index);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void createAccessKeys();
+    void updateEscapeKey();
 
     QString m_context;
     QString m_source;
@@ -133,6 +136,8 @@ private:
     qint16 m_undoIndex;
     qint16 m_saveIndex;
     QShortcut *m_escape = nullptr;
+    // The Undo button's Cancel: Esc on the host form presses it (designed on).
+    bool m_undoCancel = true;
     QString m_cmdenableText;
     bool m_Default = false;
 };

@@ -52,6 +52,7 @@ private slots:
     void cmdenable();
     void accessKeys_data() { addKinds(); }
     void accessKeys();
+    void escapeGoesToTheToolbarThatCanUndo();
     void persistence_data() { addKinds(); }
     void persistence();
     void formFileStoresCmdenable();
@@ -131,6 +132,30 @@ void tst_toolbarbase::accessKeys()
     bar->ReadProperties(PropertyBag());
     QTest::keyClick(&host, Qt::Key_Escape);
     QCOMPARE(host.journal, QStringList{"box:Confirm Undo"});
+}
+
+void tst_toolbarbase::escapeGoesToTheToolbarThatCanUndo()
+{
+    Host host;
+    auto *both = new QWidget;
+    auto *lines = new GridPanel(both);
+    auto *header = new TrnControl(both);
+    (new QVBoxLayout(both))->addWidget(header);
+    both->layout()->addWidget(lines);
+    QVERIFY(showOn(host, both));
+    Customers data;
+    data.open(2);
+    header->setsrset(&data.rs);
+    bool cancelled = false;
+    connect(lines, &GridPanel::CancelClick, [&] { cancelled = true; });
+    Boxes boxes(host.journal, {vbYes, vbYes});
+    click(header, T::btnedit); // the grid toolbar stays in browse mode, its Undo off
+    lines->setcmdenable(QStringLiteral("111110110"));
+    QTest::keyClick(&host, Qt::Key_Escape);
+    QCOMPARE(pattern(header), QStringLiteral("11101110"));
+    QVERIFY(!cancelled);
+    QTest::keyClick(&host, Qt::Key_Escape); // neither can undo now
+    QCOMPARE(host.journal, (QStringList{"box:Confirm Undo", "refresh1"}));
 }
 
 void tst_toolbarbase::persistence()
