@@ -72,7 +72,10 @@ FlexGrid::FlexGrid(QWidget *parent)
 
     // Every row has the same fixed height, so positions are arithmetic and nothing measures text.
     const int rowHeight = TwipsToPixelsY(DefaultRowHeight, m_view);
-    QHeaderView *rowHeader = m_view->verticalHeader();
+    QHeaderView *rowHeader = new FlexGridRowHeader(m_view);
+    m_view->setVerticalHeader(rowHeader);
+    rowHeader->setSectionsClickable(true);
+    rowHeader->setHighlightSections(true);
     rowHeader->setSectionResizeMode(QHeaderView::Fixed);
     rowHeader->setMinimumSectionSize(1);
     rowHeader->setDefaultSectionSize(rowHeight);
@@ -279,8 +282,7 @@ void FlexGrid::syncSelection()
 // ---- scrolling --------------------------------------------------------------------------
 
 // Rows scroll one whole row at a time, so the scroll bar's value is the index of the first
-// wholly shown row. (At the end of the range the view aligns the last row with its bottom
-// edge, and a part of the row above the top one may show.)
+// shown row; its range reaches the last row.
 qint32 FlexGrid::TopRow() const
 {
     m_view->flushLayout();

@@ -3,11 +3,23 @@
 #include <PanelKestrin/flexgrid.h>
 
 #include <QFocusEvent>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTableView>
 
 namespace PanelKestrin {
+
+// The marker column's header. Its width is always the fixed one the grid sets, so its size hint
+// says so instead of measuring row texts, which every move of the ">" marker would otherwise
+// make the view do again.
+class FlexGridRowHeader : public QHeaderView
+{
+public:
+    explicit FlexGridRowHeader(QWidget *parent) : QHeaderView(Qt::Vertical, parent) {}
+    QSize sizeHint() const override { return QSize(minimumWidth(), 0); }
+};
 
 // The view under the grid. It hands keys, mouse buttons and focus loss to the grid first, never
 // changes the selection on its own (the grid selects its current cell after every key and
@@ -27,6 +39,15 @@ public:
     void keyboardSearch(const QString &) override {}
 
 protected:
+    // Any row may be scrolled to the top, the last one included (the rows below it are then
+    // empty space), so that a page move can bring its row to the top wherever it is.
+    void updateGeometries() override
+    {
+        QTableView::updateGeometries();
+        if (model() && verticalScrollMode() == ScrollPerItem)
+            verticalScrollBar()->setRange(0, qMax(0, model()->rowCount() - 1));
+    }
+
     void keyPressEvent(QKeyEvent *event) override
     {
         if (m_grid && !m_grid->viewKeyDown(event)) {

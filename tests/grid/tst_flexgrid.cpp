@@ -283,8 +283,8 @@ void tst_flexgrid::topRowAndScroll()
     g.setTopRow(50);
     QCOMPARE(g.TopRow(), 50);
     QCOMPARE(form->log, QStringList{"Scroll"});
-    g.setTopRow(500);
-    QCOMPARE(g.TopRow(), 201 - page);
+    g.setTopRow(500); // clamped at the last row, which may stand at the top
+    QCOMPARE(g.TopRow(), 200);
     g.setTopRow(1);
     form->log.clear();
     g.setRow(120); // brought into view at the bottom, scrolling before EnterCell
