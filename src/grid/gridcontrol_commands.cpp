@@ -1,0 +1,113 @@
+// The grid's commands, reached through the pop-up menu, the buttons below the grid and Enter on
+// the last cell: add a row, delete the current row, open the find box.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/strings.h>
+#include <PanelKestrin/variant.h>
+
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+namespace PanelKestrin {
+
+void gridcontrol::pop_Click(qint16 Index)
+{
+    if (!bShowMenu)
+        return;
+    TxtFind->setVisible(false);
+    switch (Index) {
+    case 0: addRow(); break;
+    case 1: deleteRow(); break;
+    case 2: CmdGridFind_Click(); break;
+    default: break;
+    }
+}
+
+// Whether the last row's value in data column j is blank by its type: "C" and "D" values when
+// their trimmed text is "", "N" values when they are 0; a missing (Null) value is blank too.
+// Other types never count as data.
+bool gridcontrol::lastRowValueBlank(int j) const
+{
+    const QVariant &value = mDataArray(j, mDataArray.UBound(2));
+    const QString type = j < RecStructArray.size() ? RecStructArray.at(j).DataType : QString();
+    if (type == QLatin1String("C") || type == QLatin1String("D"))
+        return isNull(value) || Trim(CStr(value)).isEmpty();
+    if (type == QLatin1String("N"))
+        return isNull(value) || Val(value) == 0;
+    return true;
+}
+
+void gridcontrol::addRow()
+{
+    flexgrid_LeaveCell();
+    if (bHoldCell) {
+        showEditorForCurrentColumn();
+        if (TxtAdjust->isVisible())
+            TxtAdjust->setFocus();
+        return;
+    }
+    // A new row only goes below a row that holds data with every mandatory column filled.
+    const int lastField = mDataArray.UBound(1);
+    bool rowBlank = true;
+    for (int j = 0; j <= lastField && rowBlank; ++j)
+        rowBlank = lastRowValueBlank(j);
+    bool mandatoryBlank = false;
+    for (int j = 0; j <= lastField && !mandatoryBlank; ++j)
+        mandatoryBlank = j + 1 < GridStructArray.size() && GridStructArray.at(j + 1).ColMandatory
+                         && lastRowValueBlank(j);
+    if (rowBlank || mandatoryBlank)
+        return;
+
+    qint32 row = flexgrid->Row() - 1;
+    bool Cancel = false;
+    emit RowLevelValidate(row, Cancel);
+    if (Cancel)
+        return;
+
+    const int last = mDataArray.UBound(2);
+    mDataArray.redimPreserve(last + 1);
+    mRowStatusArray.resize(last + 2);
+    mRowStatusArray[last + 1] = QStringLiteral("A");
+
+    {
+        QScopedValueRollback<bool> adding(bAddingRow, true);
+        flexgrid->setTextMatrix(flexgrid->Row(), 0, QString());
+        flexgrid->setRows(flexgrid->Rows() + 1);
+        flexgrid->setRow(flexgrid->Rows() - 1);
+        flexgrid->setTextMatrix(flexgrid->Row(), 0, QStringLiteral(">"));
+        flexgrid->setCol(1);
+        TxtAdjust->setText(QString());
+        placeEditor();
+        showEditorForCurrentColumn();
+        if (TxtAdjust->isVisible())
+            TxtAdjust->setFocus();
+    }
+    emit GridAfterRowAdd();
+}
+
+void gridcontrol::deleteRow()
+{
+    QScopedValueRollback<bool> deleting(bDeletingRow, true);
+    qint32 row = flexgrid->Row();
+    if (!RemoveGridRow(row))
+        MsgBox(tr("Cannot Delete ! "), vbExclamation, tr("Wait"));
+}
+
+void gridcontrol::CmdGridFind_Click()
+{
+    flexgrid_LeaveCell();
+    if (bHoldCell) {
+        showEditorForCurrentColumn();
+        if (TxtAdjust->isVisible())
+            TxtAdjust->setFocus();
+        return;
+    }
+    TxtFind->setText(QString());
+    TxtFind->setVisible(true);
+    TxtFind->setFocus();
+}
+
+} // namespace PanelKestrin

@@ -1,0 +1,124 @@
+// The in-place editor TxtAdjust: placed over the current cell whenever the cell changes, and
+// committed into the grid and the data array when the user leaves the cell.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/strings.h>
+#include <PanelKestrin/twips.h>
+
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+namespace PanelKestrin {
+
+namespace {
+template <typename T>
+const T &checkedAt(const QVector<T> &array, int index, const char *name)
+{
+    if (index < 0 || index >= array.size())
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: %1(%2) outside 0 To %3")
+                               .arg(QLatin1String(name)).arg(index).arg(array.size() - 1),
+                           QStringLiteral("gridcontrol"));
+    return array.at(index);
+}
+} // namespace
+
+// Shows the editor where the current column's rules allow it.
+void gridcontrol::showEditorForCurrentColumn()
+{
+    TxtAdjust->setVisible(checkedAt(GridStructArray, flexgrid->Col(), "GridStructArray").ColEnable);
+}
+
+void gridcontrol::selectEditorText()
+{
+    TxtAdjust->setSelection(0, int(TxtAdjust->text().size()));
+}
+
+// Over the current cell, inset 50 twips from its left and 10 from its top; a cell narrower than
+// 51 twips keeps the editor's width.
+void gridcontrol::placeEditor()
+{
+    const int gridLeft = PixelsToTwipsX(flexgrid->x(), this);
+    const int gridTop = PixelsToTwipsY(flexgrid->y(), this);
+    const int cellWidth = flexgrid->CellWidth();
+    const int width = cellWidth >= 51 ? TwipsToPixelsX(cellWidth - 50, this) : TxtAdjust->width();
+    TxtAdjust->setGeometry(TwipsToPixelsX(gridLeft + flexgrid->CellLeft() + 50, this),
+                           TwipsToPixelsY(gridTop + flexgrid->CellTop() + 10, this), width,
+                           TwipsToPixelsY(flexgrid->CellHeight() - 10, this));
+    TxtAdjust->raise();
+}
+
+void gridcontrol::flexgrid_EnterCell()
+{
+    TxtAdjust->setText(QStringLiteral(" "));
+    TxtAdjust->setEnabled(true);
+    TxtAdjust->setVisible(false);
+
+    placeEditor();
+
+    if (flexgrid->Row() >= 1)
+        TxtAdjust->setText(flexgrid->Text());
+    if (bStructureMade)
+        showEditorForCurrentColumn();
+    if (TxtAdjust->isVisible() && !bFinding)
+        TxtAdjust->setFocus();
+
+    if (!bHoldCell) {
+        lPrevRow = lSavedRow;
+        iPrevCol = iSavedCol;
+        iSavedCol = qint16(flexgrid->Col());
+        lSavedRow = flexgrid->Row();
+    } else if (!bInternalMove) {
+        // A refused or blank mandatory cell may not be left: go back to it.
+        QScopedValueRollback<bool> internal(bInternalMove, true);
+        if (bRemovingRow) {
+            flexgrid->setRow(flexgrid->Rows() - 1);
+            flexgrid->setCol(1);
+        } else {
+            flexgrid->setRow(lSavedRow);
+            flexgrid->setCol(iSavedCol);
+        }
+    }
+
+    selectEditorText();
+    flexgrid->setTextMatrix(flexgrid->Row(), 0, QStringLiteral(">"));
+
+    // Columns listed as not editable stay editable on added rows only. The column number is
+    // looked up as plain text, so column 1 also matches a listed 12.
+    if (InStr(1, sNotEditCols, QString::number(flexgrid->Col())) > 0 && flexgrid->Row() >= 1
+        && checkedAt(mRowStatusArray, flexgrid->Row() - 1, "RowStatusArray") != QLatin1String("A"))
+        TxtAdjust->setEnabled(false);
+}
+
+void gridcontrol::flexgrid_LeaveCell()
+{
+    if (bInternalMove || bAddingRow || bDeletingRow)
+        return;
+    const qint32 row = flexgrid->Row();
+    if (row == 0 || flexgrid->Col() == 0 || !mDataArray.isAssigned() || row - 1 > mDataArray.UBound(2))
+        return;
+
+    qint32 validateRow = row;
+    qint16 validateCol = qint16(flexgrid->Col() - 1);
+    QVariant value = GetEditValue(validateCol);
+    bool Cancel = false;
+    emit ValidateRow(validateRow, validateCol, value, Cancel);
+
+    if (Cancel) {
+        bHoldCell = true;
+    } else {
+        bHoldCell = false;
+        flexgrid->setText(TxtAdjust->text());
+        const int col = flexgrid->Col();
+        const int dataRow = flexgrid->Row() - 1;
+        mDataArray(col - 1, dataRow) = GetEditValue(qint16(col - 1));
+        if (checkedAt(mRowStatusArray, dataRow, "RowStatusArray") != QLatin1String("A"))
+            mRowStatusArray[dataRow] = QStringLiteral("E");
+    }
+    flexgrid->setTextMatrix(flexgrid->Row(), 0, QString());
+}
+
+} // namespace PanelKestrin

@@ -1,0 +1,121 @@
+// The data store: the data array and row statuses the host reads back, and the members that
+// read and write single cells.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/format.h>
+#include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/strings.h>
+
+#include <QLineEdit>
+
+namespace PanelKestrin {
+
+VariantMatrix gridcontrol::DataArray() const
+{
+    return mDataArray;
+}
+
+void gridcontrol::setDataArray(const VariantMatrix &DataArray)
+{
+    mDataArray = DataArray;
+}
+
+QStringList gridcontrol::RowStatusArray() const
+{
+    return mRowStatusArray;
+}
+
+void gridcontrol::SetGridValue()
+{
+    flexgrid->setText(TxtAdjust->text());
+}
+
+void gridcontrol::SetColumnValue(const QVariant &vValue, qint16 iColumn, qint16 iRow)
+{
+    TxtAdjust->setVisible(false);
+    flexgrid->setTextMatrix(iRow, iColumn, CStr(vValue));
+    mDataArray(iColumn - 1, iRow - 1) = vValue;
+}
+
+QVariant gridcontrol::GetColumnValue(qint16 iColumn, qint32 iRow)
+{
+    TxtAdjust->setVisible(false);
+    return flexgrid->TextMatrix(iRow, iColumn);
+}
+
+QVariant gridcontrol::vColumnValue(qint16 iRow, qint16 iCol) const
+{
+    return flexgrid->TextMatrix(iRow, iCol);
+}
+
+bool gridcontrol::vSetGridRowColValue(qint16 &iRow, qint16 &iCol, const QVariant &vColumnValue)
+{
+    // Only the upper bounds are checked; the caller's index is overwritten with -1.
+    if (iCol > flexgrid->Cols() - 1)
+        iCol = -1;
+    else if (iRow > flexgrid->Rows() - 1)
+        iRow = -1;
+
+    if (iRow != -1 && iCol != -1) {
+        const QString text = CStr(vColumnValue);
+        flexgrid->setTextMatrix(iRow, iCol, text);
+        if (iCol == flexgrid->Col())
+            TxtAdjust->setText(text);
+        mDataArray(iCol - 1, iRow - 1) = vColumnValue;
+    } else if (iRow == -1) {
+        MsgBox(tr("Trying to assign a Row that is Invalid for the Grid."), vbCritical, tr("Formdeck"));
+    } else {
+        MsgBox(tr("Trying to assign a Column that is Invalid for the Grid."), vbCritical, tr("Formdeck"));
+    }
+    return true;
+}
+
+double gridcontrol::ColTotal(qint16 iCol) const
+{
+    double total = 0;
+    for (int r = 1; r <= flexgrid->Rows() - 1; ++r)
+        total += Val(flexgrid->TextMatrix(r, iCol));
+    return total;
+}
+
+qint32 gridcontrol::CurrentRowNumber() const
+{
+    return flexgrid->Row();
+}
+
+qint32 gridcontrol::CurrentColNumber() const
+{
+    return flexgrid->Col();
+}
+
+qint32 gridcontrol::MaxRowNumber() const
+{
+    return flexgrid->Rows();
+}
+
+// The edit box's text as the typed value of data column iCol: character values at the
+// column's full width, numbers as their leading number, dates as mm/dd/yyyy text.
+QVariant gridcontrol::GetEditValue(qint16 iCol) const
+{
+    if (iCol < 0 || iCol >= RecStructArray.size())
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: data column %1 is not described (0 To %2)")
+                               .arg(iCol).arg(RecStructArray.size() - 1),
+                           QStringLiteral("gridcontrol"));
+    const RecStruct &rec = RecStructArray.at(iCol);
+    const QString text = TxtAdjust->text();
+    if (rec.DataType == QLatin1String("C")) {
+        const QString t = Trim(text);
+        return Len(t) < rec.Length ? t + Space(rec.Length - Len(t)) : t;
+    }
+    if (rec.DataType == QLatin1String("N"))
+        return Val(text);
+    if (rec.DataType == QLatin1String("D"))
+        return Format(text, QStringLiteral("mm/dd/yyyy"));
+    return QVariant();
+}
+
+} // namespace PanelKestrin

@@ -1,0 +1,216 @@
+// Column structure: describing the recordset's fields, loading its rows, the column rules,
+// header captions and widths.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/recordset.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/sendkeys.h>
+#include <PanelKestrin/strings.h>
+#include <PanelKestrin/variant.h>
+
+#include <QPushButton>
+#include <QScopeGuard>
+
+namespace PanelKestrin {
+
+namespace {
+
+const QString kSource = QStringLiteral("gridcontrol");
+
+// A 16-bit field of RecStruct takes a 32-bit size: too large a size overflows, as assigning a
+// long to an integer always has.
+qint16 toInteger(qint32 value, const QString &what)
+{
+    if (value < -32768 || value > 32767)
+        throw RuntimeError(ErrOverflow, QStringLiteral("Overflow: %1 is %2").arg(what).arg(value), kSource);
+    return qint16(value);
+}
+
+// The one-letter type of a field and the size the editor enforces. An unrecognised type code
+// takes the letter of the previous recognised field of the same call (typeLetter carries it)
+// with size 0.
+RecStruct describeField(const Field &field, QString &typeLetter)
+{
+    RecStruct rec;
+    switch (field.Type()) {
+    case 2: case 3: case 5: case 6: case 131: // small int, integer, double, currency, numeric
+        typeLetter = QStringLiteral("N");
+        rec.Length = toInteger(field.Precision(), field.Name() + QStringLiteral(".Precision"));
+        rec.Decimal = toInteger(field.NumericScale(), field.Name() + QStringLiteral(".NumericScale"));
+        break;
+    case 7: case 133: case 134: case 135: // date, db date, db time, db timestamp
+        typeLetter = QStringLiteral("D");
+        rec.Length = 10;
+        break;
+    case 11: // boolean
+        typeLetter = QStringLiteral("B");
+        rec.Length = 1;
+        break;
+    case 129: case 200: case 202: // char, varchar, wide varchar
+        typeLetter = QStringLiteral("C");
+        rec.Length = toInteger(field.DefinedSize(), field.Name() + QStringLiteral(".DefinedSize"));
+        break;
+    default:
+        break;
+    }
+    rec.DataType = typeLetter;
+    return rec;
+}
+
+// A column-list entry is a grid column number as it stands; beyond the rule table is error 9.
+int ruleIndex(const QString &entry, int size, const QString &list)
+{
+    const int index = CInt(entry);
+    if (index < 0 || index >= size)
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: column %1 of %2 is not a grid column (0 To %3)")
+                               .arg(entry, list).arg(size - 1),
+                           kSource);
+    return index;
+}
+
+const QStringList &assignedList(const std::optional<QStringList> &list, const QString &name)
+{
+    if (!list)
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: %1 has not been assigned (assign \"\" for none)").arg(name),
+                           kSource);
+    return *list;
+}
+
+template <typename Container>
+const auto &entryAt(const Container &list, int index, const QString &what)
+{
+    if (index < 0 || index >= list.size())
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: %1 has no entry %2 (it has %3)")
+                               .arg(what).arg(index).arg(list.size()),
+                           kSource);
+    return list.at(index);
+}
+
+} // namespace
+
+void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
+{
+    if (!RstTemp)
+        throw RuntimeError(ErrObjectNotSet, QStringLiteral("MakeStruct: the recordset is not set"), kSource);
+    flexgrid->setRedraw(false);
+    // Repaint whatever happens: a failed load must not leave the grid frozen.
+    const auto redraw = qScopeGuard([this] { flexgrid->setRedraw(true); });
+    bRemovingRow = false;
+    if (NoAddRow) {
+        CmdGridAdd->setVisible(false);
+        CmdGridDelete->setVisible(false);
+    }
+    iPageSize = qint16(heightInTwips() / FlexGrid::DefaultRowHeight);
+    bHoldCell = false;
+    sNotEditCols.clear();
+
+    const bool listGiven = !isEmpty(FieldList);
+    const QStringList fieldNames = listGiven ? FieldList.toStringList() : QStringList();
+    const int lastField = listGiven ? int(fieldNames.size()) - 1 : RstTemp->Fields().Count() - 1;
+
+    if (RstTemp->BOF() && RstTemp->adoEOF()) {
+        // No records: one blank row, counted as added.
+        mDataArray.redim(0, lastField, 0, 0);
+        mRowStatusArray = QStringList{QStringLiteral("A")};
+    } else {
+        mDataArray = RstTemp->GetRows(-1, int(Recordset::BookmarkFirst), listGiven ? QVariant(fieldNames) : QVariant());
+        mRowStatusArray = QStringList(mDataArray.UBound(2) + 1, QString());
+    }
+
+    RecStructArray = QVector<RecStruct>(lastField + 1);
+    const QString notEditable = UCase(sNotEditableFields);
+    const QString notBlank = UCase(sNotBlankCols);
+    QString typeLetter;
+    int j = 0;
+    const PanelKestrin::Fields fields = RstTemp->Fields();
+    for (int i = 0; i < fields.Count(); ++i) {
+        const Field field = fields.Item(i);
+        const QString name = field.Name();
+        if (listGiven && Filter(fieldNames, name, true, vbTextCompare).isEmpty())
+            continue;
+        const QString upperName = UCase(name);
+        if (InStr(1, notEditable, upperName) > 0)
+            sNotEditCols += QString::number(j + 1) + QLatin1Char(',');
+        RecStruct rec = describeField(field, typeLetter);
+        // Only "nullable" alone counts as may-be-blank.
+        rec.Null = field.Attributes() == 32;
+        if (InStr(1, notBlank, upperName) > 0)
+            rec.Null = false;
+        if (j >= RecStructArray.size())
+            throw RuntimeError(ErrSubscriptOutOfRange,
+                               QStringLiteral("Subscript out of range: field %1 is the %2th field shown, the field list names %3")
+                                   .arg(name).arg(j + 1).arg(RecStructArray.size()),
+                               kSource);
+        RecStructArray[j] = rec;
+        ++j;
+    }
+
+    const QStringList headers = Split(sGridHeader, QStringLiteral(","));
+    const int lastColumn = mDataArray.UBound(1);
+    const int lastRow = mDataArray.UBound(2);
+    flexgrid->setCols(lastColumn + 2);
+    flexgrid->setRows(lastRow + 2);
+    flexgrid->setColWidth(0, 200);
+    flexgrid->setBackColorSel(QColor(Qt::blue));
+    for (int c = 0; c <= lastColumn; ++c) {
+        flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
+        flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
+        for (int r = 0; r <= lastRow; ++r) {
+            const QVariant &value = mDataArray(c, r);
+            flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
+        }
+    }
+    flexgrid->setAllowBigSelection(false);
+    flexgrid->setHighLight(FlexGrid::flexHighlightAlways);
+    flexgrid_EnterCell();
+    // One cell right and back, so that the editor settles on the first data cell.
+    SendKeys(QStringLiteral("{Right}"));
+    SendKeys(QStringLiteral("{Left}"));
+}
+
+void gridcontrol::MakeGridStructure()
+{
+    bStructureMade = true;
+    bRemovingRow = false;
+    const int cols = flexgrid->Cols();
+    // One entry more than there are grid columns: the column skip of the editor may look one
+    // past the last column.
+    GridStructArray = QVector<GridStruct>(cols + 1);
+    for (int k = 0; k < cols; ++k)
+        GridStructArray[k] = GridStruct{true, false, false};
+    const int size = int(GridStructArray.size());
+    for (const QString &entry : assignedList(sDisableCols, QStringLiteral("DisableCol")))
+        GridStructArray[ruleIndex(entry, size, QStringLiteral("DisableCol"))].ColEnable = false;
+    // A help column is enabled even when it is also listed as disabled.
+    for (const QString &entry : assignedList(sHelpCols, QStringLiteral("InvokeHelpCol")))
+        GridStructArray[ruleIndex(entry, size, QStringLiteral("InvokeHelpCol"))].ColEnable = true;
+    for (const QString &entry : assignedList(sMandatoryCols, QStringLiteral("MandatoryCol")))
+        GridStructArray[ruleIndex(entry, size, QStringLiteral("MandatoryCol"))].ColMandatory = true;
+}
+
+void gridcontrol::ChangeGridHeader(const QVariantList &ColHeader)
+{
+    const QVariantList captions = entryAt(ColHeader, 0, QStringLiteral("ColHeader")).toList();
+    for (int i = 0; i <= flexgrid->Cols() - 2; ++i)
+        flexgrid->setTextMatrix(0, i + 1, CStr(entryAt(captions, i, QStringLiteral("ColHeader(0)"))));
+}
+
+void gridcontrol::FixColSizes(const QVariantList &ColSizeList)
+{
+    vColSizes = ColSizeList;
+    const int cols = flexgrid->Cols();
+    if (ColSizeList.size() == cols) {
+        for (int k = 1; k < cols; ++k) {
+            flexgrid->setCol(k);
+            flexgrid->setColWidth(k, CLng(ColSizeList.at(k)));
+        }
+    }
+    flexgrid->setCol(1);
+}
+
+} // namespace PanelKestrin
