@@ -19,7 +19,6 @@ private slots:
 
     void removeRow_data();
     void removeRow();
-    void removedRowsBelowBecomeText();
     void addRow_data();
     void addRow();
     void saveLastColDropsTrailingBlankRow_data();
@@ -68,22 +67,11 @@ void tst_gridcontrol_rows::removeRow()
         QVERIFY(isEmpty(grid->DataArray()(0, 0)));
     } else if (!below.isEmpty()) {
         QCOMPARE(view->TextMatrix(removed, 1), below);
+        // The rows below were re-read from the grid's text: numbers come back as text.
+        QCOMPARE(grid->DataArray()(2, removed - 1), QVariant(QString::number(removed + 1)));
     }
     QCOMPARE(capture([&] { gridcontrolAccess::removeRow(*grid, rowsAfter); }).number, int(ErrInvalidGridIndex));
     QCOMPARE(grid->DataArray().UBound(2), rowsAfter - 2); // a bad row changes nothing
-}
-
-void tst_gridcontrol_rows::removedRowsBelowBecomeText()
-{
-    Database db;
-    db.fillLines(3);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
-    QCOMPARE(grid->DataArray()(2, 2).metaType().id(), QMetaType::Int);
-    grid->bShowMenu = true;
-    grid->GridRowDelete();
-    // The rows below were re-read from the grid's text.
-    QCOMPARE(grid->DataArray()(2, 1), QVariant(QStringLiteral("3")));
 }
 
 // The add command on a grid whose last row is set up as given (item, qty, price).
