@@ -1,5 +1,6 @@
 #include <PanelKestrin/toolbarbase.h>
 
+#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/errorreporter.h>
 #include <PanelKestrin/hostform.h>
 #include <PanelKestrin/modalrunner.h>
@@ -8,10 +9,8 @@
 #include <PanelKestrin/reportparameters.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/strings.h>
-#include <PanelKestrin/conversions.h>
 
 #include "printing/frmprint_p.h"
-
 #include "toolbars/toolbarbutton_p.h"
 
 #include <QCoreApplication>
