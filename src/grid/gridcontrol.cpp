@@ -8,7 +8,9 @@
 #include <PanelKestrin/strings.h>
 #include <PanelKestrin/twips.h>
 
+#include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QResizeEvent>
 
@@ -44,8 +46,34 @@ gridcontrol::gridcontrol(QWidget *parent) : QWidget(parent)
     CmdGridDelete = makeButton("CmdGridDelete", tr("&Delete"));
     CmdGridFind = makeButton("CmdGridFind", tr("&Find"));
 
+    popup = new QMenu(this);
+    popup->setObjectName(QStringLiteral("popup"));
+    const QStringList items{tr("&Add"), tr("&Delete"), tr("&Find")};
+    for (int i = 0; i < items.size(); ++i)
+        connect(popup->addAction(items.at(i)), &QAction::triggered, this, [this, i] {
+            guardEvent(QStringLiteral("gridcontrol.pop_Click"), [this, i] { pop_Click(qint16(i)); });
+        });
+
+    // Every key and the right button of the editor go through the control first.
+    TxtAdjust->installEventFilter(this);
+    TxtAdjust->setContextMenuPolicy(Qt::NoContextMenu);
+
+    // The grid view raises these from user events inside its own error guard.
     connect(flexgrid, &FlexGrid::EnterCell, this, &gridcontrol::flexgrid_EnterCell);
     connect(flexgrid, &FlexGrid::LeaveCell, this, &gridcontrol::flexgrid_LeaveCell);
+    connect(flexgrid, &FlexGrid::Click, this, &gridcontrol::flexgrid_Click);
+    connect(flexgrid, &FlexGrid::KeyDown, this, &gridcontrol::flexgrid_KeyDown);
+    connect(flexgrid, &FlexGrid::MouseDown, this, &gridcontrol::flexgrid_MouseDown);
+    connect(flexgrid, &FlexGrid::MouseUp, this, &gridcontrol::flexgrid_MouseUp);
+    // The editor never floats over a cell that has moved away under it.
+    connect(flexgrid, &FlexGrid::Scroll, this, [this] { TxtAdjust->setVisible(false); });
+    connect(flexgrid, &FlexGrid::LostFocus, this, [this] {
+        if (QApplication::focusWidget() != TxtAdjust)
+            TxtAdjust->setVisible(false);
+    });
+    connect(TxtFind, &QLineEdit::textChanged, this,
+            [this] { guardEvent(QStringLiteral("gridcontrol.TxtFind_Change"), [this] { TxtFind_Change(); }); });
+    connect(qApp, &QApplication::focusChanged, this, &gridcontrol::focusChanged);
     connect(CmdGridAdd, &QPushButton::clicked, this,
             [this] { guardEvent(QStringLiteral("gridcontrol.CmdGridAdd_Click"), [this] { pop_Click(0); }); });
     connect(CmdGridDelete, &QPushButton::clicked, this,

@@ -9,9 +9,12 @@
 #include <QVariant>
 #include <QVector>
 #include <QWidget>
+
+class QKeyEvent;
 #include <optional>
 
 class QLineEdit;
+class QMenu;
 class QPushButton;
 
 namespace PanelKestrin {
@@ -123,6 +126,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     friend struct gridcontrolAccess;
@@ -134,6 +138,23 @@ private:
     void placeEditor();
     void showEditorForCurrentColumn();
     void selectEditorText();
+    // Editor keys: the move table of KeyDown, the character filter of KeyPress.
+    void TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift);
+    void TxtAdjust_KeyPress(qint16 &KeyAscii);
+    void SkipToNextEnabledCol();
+    void SkipToPrevEnabledCol();
+    bool editorKeyEvent(QKeyEvent *event);
+    // The grid view's own notifications, focus entering and leaving the control.
+    void flexgrid_Click();
+    void flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift);
+    void flexgrid_MouseDown(qint16 &Button, qint16 &Shift, float &X, float &Y);
+    void flexgrid_MouseUp(qint16 &Button, qint16 &Shift, float &X, float &Y);
+    void focusChanged(QWidget *old, QWidget *now);
+    void UserControl_EnterFocus();
+    void UserControl_ExitFocus();
+    void showPopup(const QPoint &globalPos);
+    // The find box.
+    void TxtFind_Change();
     // Rows.
     bool RemoveGridRow(qint32 &lRow);
     void addRow();
@@ -149,6 +170,7 @@ private:
     QPushButton *CmdGridAdd;
     QPushButton *CmdGridDelete;
     QPushButton *CmdGridFind;
+    QMenu *popup;
 
     VariantMatrix mDataArray;
     QStringList mRowStatusArray;
@@ -173,6 +195,12 @@ private:
     qint32 lPrevRow = 0;
     qint16 iPrevCol = 0;
     qint16 iPageSize = 0;
+
+    // The find box searches upper-cased texts of the data array, built once per content of the
+    // store: findSource shares the store's elements, so any write to the store shows as a
+    // changed storage identity and the texts are built again.
+    VariantMatrix findSource;
+    QVector<QString> findTexts;
 };
 
 } // namespace PanelKestrin

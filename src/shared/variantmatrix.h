@@ -36,6 +36,10 @@ public:
     // Back to the unassigned state.
     void erase();
 
+    // Identifies the element storage: copies share it until one of them is written, so a
+    // changed identity tells a reader holding a copy that the matrix may have changed.
+    const void *storageId() const { return m_data.constData(); }
+
     bool operator==(const VariantMatrix &other) const;
     bool operator!=(const VariantMatrix &other) const { return !(*this == other); }
 

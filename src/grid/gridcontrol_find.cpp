@@ -1,0 +1,61 @@
+// The find box: every change of its text searches the data array from the first row for a value
+// that begins with the typed text (any case) and moves there without taking the focus.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/dialog.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/strings.h>
+#include <PanelKestrin/variant.h>
+
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+namespace PanelKestrin {
+
+namespace {
+// The text a value is searched by; a missing value has none.
+QString searchText(const QVariant &value)
+{
+    return isNull(value) ? QString() : UCase(CStr(value));
+}
+} // namespace
+
+void gridcontrol::TxtFind_Change()
+{
+    const int lastField = mDataArray.UBound(1);
+    const int lastRow = mDataArray.UBound(2);
+    const QVariant &first = mDataArray(0, 0);
+    if (isEmpty(first) || isNull(first) || Trim(CStr(first)).isEmpty()) {
+        Dialog::DisplayMsg(tr("No Matching Value Found"), window());
+        return;
+    }
+
+    // Upper-cased texts are built once for each content of the store (see findSource).
+    if (findSource.storageId() != mDataArray.storageId() || findTexts.size() != (lastField + 1) * (lastRow + 1)) {
+        findSource = mDataArray;
+        findTexts.resize((lastField + 1) * (lastRow + 1));
+        for (int i = 0; i <= lastRow; ++i)
+            for (int j = 0; j <= lastField; ++j)
+                findTexts[i * (lastField + 1) + j] = searchText(mDataArray(j, i));
+    }
+
+    // Rows first, then the columns of each row; the first value beginning with the key wins.
+    const QString key = UCase(Trim(TxtFind->text()));
+    const qsizetype count = findTexts.size();
+    for (qsizetype k = 0; k < count; ++k) {
+        if (!findTexts.at(k).startsWith(key))
+            continue;
+        const int row = int(k / (lastField + 1)) + 1;
+        const int col = int(k % (lastField + 1)) + 1;
+        if (lSavedRow != row)
+            flexgrid->setTextMatrix(lSavedRow, 0, QString());
+        QScopedValueRollback<bool> finding(bFinding, true);
+        QScopedValueRollback<bool> internal(bInternalMove, true);
+        flexgrid->setRow(row);
+        flexgrid->setCol(col);
+        return;
+    }
+}
+
+} // namespace PanelKestrin

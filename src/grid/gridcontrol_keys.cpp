@@ -1,0 +1,175 @@
+// Keys typed into the editor TxtAdjust: the moves of KeyDown (help, arrows, Home, End, Enter
+// and Shift+Enter) and the character filter of KeyPress by the column's field description.
+#include <PanelKestrin/gridcontrol.h>
+
+#include <PanelKestrin/connectionsettings.h>
+#include <PanelKestrin/errorreporter.h>
+#include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/keycodes.h>
+#include <PanelKestrin/strings.h>
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace PanelKestrin {
+
+namespace {
+bool enabledAt(const QVector<GridStruct> &rules, int col)
+{
+    if (col < 0 || col >= rules.size())
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: GridStructArray(%1) outside 0 To %2")
+                               .arg(col).arg(rules.size() - 1),
+                           QStringLiteral("gridcontrol"));
+    return rules.at(col).ColEnable;
+}
+} // namespace
+
+// Runs the classic KeyDown and KeyPress handlers for a key typed into the editor. Returns true
+// when the key is used up (moved the cell, swallowed, or replaced by another character).
+bool gridcontrol::editorKeyEvent(QKeyEvent *event)
+{
+    qint16 KeyCode = KeyCodeFromEvent(event);
+    qint16 Shift = ShiftFromEvent(event);
+    const qint16 pressed = KeyCode;
+    TxtAdjust_KeyDown(KeyCode, Shift);
+    // The editor handles the moving keys itself: the line edit must not act on them again.
+    if (KeyCode == 0 || pressed == vbKeyReturn || pressed == vbKeyF1 || pressed == vbKeyUp
+        || pressed == vbKeyDown || pressed == vbKeyHome || pressed == vbKeyEnd)
+        return true;
+
+    const qint16 typed = KeyAsciiFromEvent(event);
+    if (typed == 0)
+        return false;
+    qint16 KeyAscii = typed;
+    TxtAdjust_KeyPress(KeyAscii);
+    if (KeyAscii == typed)
+        return false;
+    if (KeyAscii != 0)
+        TxtAdjust->insert(QString(QChar(KeyAscii)));
+    return true;
+}
+
+void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
+{
+    const qint32 row = flexgrid->Row();
+    const qint32 col = flexgrid->Col();
+    switch (KeyCode) {
+    case vbKeyF1: {
+        qint16 helpCol = qint16(col - 1);
+        QVariant value = GetEditValue(helpCol);
+        bool Cancel = false;
+        emit InvokeHelp(helpCol, value, Cancel);
+        if (Cancel) {
+            KeyCode = 0;
+            return;
+        }
+        break;
+    }
+    case vbKeyUp:
+        if (row >= 2)
+            flexgrid->setRow(row - 1);
+        break;
+    case vbKeyDown:
+        if (row != flexgrid->Rows() - 1)
+            flexgrid->setRow(row + 1);
+        break;
+    case vbKeyHome:
+        flexgrid->setRow(1);
+        flexgrid->setCol(1);
+        break;
+    case vbKeyEnd:
+        flexgrid->setRow(flexgrid->Rows() - 1);
+        flexgrid->setCol(flexgrid->Cols() - 1);
+        break;
+    case vbKeyReturn:
+        if (Shift == vbShiftMask) {
+            // Ctrl+Shift+Enter counts as plain Enter: only Shift alone goes back.
+            if (col >= 2) {
+                SkipToPrevEnabledCol();
+                flexgrid->setCol(flexgrid->Col() - 1);
+            } else if (row != 1) {
+                flexgrid->setRow(row - 1);
+                flexgrid->setCol(flexgrid->Cols() - 1);
+            }
+            selectEditorText();
+            return;
+        }
+        if (bHoldCell) {
+            // The cell may not be left.
+        } else if (col != flexgrid->Cols() - 1) {
+            SkipToNextEnabledCol();
+            if (enabledAt(GridStructArray, flexgrid->Col() + 1))
+                flexgrid->setCol(flexgrid->Col() + 1);
+        } else if (row != flexgrid->Rows() - 1) {
+            flexgrid->setRow(row + 1);
+            flexgrid->setCol(1);
+        } else {
+            pop_Click(0); // Enter on the last cell adds a row
+        }
+        selectEditorText();
+        break;
+    default:
+        return;
+    }
+    // Columns filled through the help look-up hide the editor.
+    const int current = flexgrid->Col();
+    TxtAdjust->setVisible(enabledAt(GridStructArray, current) && !GridStructArray.at(current).HelpInvoked);
+}
+
+// Prepares Enter so that its move lands on the next enabled column: when the next column is
+// disabled, the current column becomes the one before the first enabled column further on.
+void gridcontrol::SkipToNextEnabledCol()
+{
+    const int col = flexgrid->Col();
+    if (enabledAt(GridStructArray, col + 1))
+        return;
+    for (int i = col + 1; i <= flexgrid->Cols(); ++i) {
+        if (enabledAt(GridStructArray, i)) {
+            flexgrid->setCol(i - 1);
+            return;
+        }
+    }
+}
+
+void gridcontrol::SkipToPrevEnabledCol()
+{
+    const int col = flexgrid->Col();
+    if (enabledAt(GridStructArray, col - 1))
+        return;
+    for (int i = col - 1; i >= 0; --i) {
+        if (enabledAt(GridStructArray, i)) {
+            flexgrid->setCol(i + 1);
+            return;
+        }
+    }
+}
+
+void gridcontrol::TxtAdjust_KeyPress(qint16 &KeyAscii)
+{
+    // Backspace and the two characters "(" and "&" pass unchecked in every column.
+    if (KeyAscii == 8 || KeyAscii == 40 || KeyAscii == 38 || flexgrid->Col() == 0)
+        return;
+    const int col = flexgrid->Col() - 1;
+    if (col >= RecStructArray.size())
+        throw RuntimeError(ErrSubscriptOutOfRange,
+                           QStringLiteral("Subscript out of range: RecStructArray(%1) outside 0 To %2")
+                               .arg(col).arg(RecStructArray.size() - 1),
+                           QStringLiteral("gridcontrol"));
+    const RecStruct &rec = RecStructArray.at(col);
+    if (Len(Trim(TxtAdjust->text())) == rec.Length) {
+        KeyAscii = 0;
+    } else if (KeyAscii == 46) {
+        // A point is always accepted.
+    } else if (rec.DataType == QLatin1String("C")) {
+        if (KeyAscii >= 'a' && KeyAscii <= 'z')
+            KeyAscii = qint16(KeyAscii - 'a' + 'A'); // character columns hold upper case only
+    } else if (rec.DataType == QLatin1String("N")) {
+        const ConnectionSettings &settings = ConnectionSettings::instance();
+        KeyAscii = rec.Decimal == 0
+            ? settings.IntegerKeyFilter(KeyAscii)
+            : settings.DecimalKeyFilter(KeyAscii, TxtAdjust, rec.Decimal, qint16(rec.Length - rec.Decimal));
+    }
+}
+
+} // namespace PanelKestrin
