@@ -1,0 +1,326 @@
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/dtcontrol.h>
+#include <PanelKestrin/dtpicker.h>
+#include <PanelKestrin/errorreporter.h>
+#include <PanelKestrin/keycodes.h>
+#include <PanelKestrin/maskedbox.h>
+#include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/registry.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/sendkeys.h>
+#include <PanelKestrin/strings.h>
+#include <PanelKestrin/variant.h>
+
+#include <QApplication>
+#include <QFrame>
+#include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <cmath>
+
+namespace PanelKestrin {
+
+namespace {
+
+const QString kDayFirst = QStringLiteral("DD/MM/YYYY");
+
+// The separator the mask uses: the user's setting, or "/" when there is none or when it holds
+// a character the mask would take for something else (a digit position, a digit, the prompt).
+QString userDateSeparator()
+{
+    const QString setting = GetRegValue(HKEY_CURRENT_USER, QStringLiteral("\\Control Panel\\International"),
+                                        QStringLiteral("sDate"));
+    for (const QChar c : setting) {
+        if (c.isDigit() || c == QLatin1Char('#') || c == QLatin1Char(';') || c == QChar(MaskEdBox::PromptChar))
+            return QStringLiteral("/");
+    }
+    return setting.isEmpty() ? QStringLiteral("/") : setting;
+}
+
+QString twoDigits(int n) { return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0')); }
+
+// Where the calendar's drop-down button sits in a picker of the given size.
+QRect arrowRect(const DTPicker *picker, const QSize &size)
+{
+    QStyleOptionComboBox combo;
+    combo.initFrom(picker);
+    combo.rect = QRect(QPoint(0, 0), size);
+    combo.editable = true;
+    combo.subControls = QStyle::SC_All;
+    return picker->style()->subControlRect(QStyle::CC_ComboBox, &combo, QStyle::SC_ComboBoxArrow, picker);
+}
+
+} // namespace
+
+DTControl::DTControl(QWidget *parent) : QWidget(parent)
+{
+    fraDate = new QFrame(this);
+    fraDate->setObjectName(QStringLiteral("fraDate"));
+    fraDate->setFrameShape(QFrame::NoFrame);
+
+    // The calendar lies under the mask, which leaves only its drop-down button uncovered.
+    DTPicker1 = new DTPicker(fraDate);
+    DTPicker1->setObjectName(QStringLiteral("DTPicker1"));
+    DTPicker1->setToolTip(tr("Select Date from Calendar."));
+    DTPicker1->setFocusPolicy(Qt::NoFocus);
+    if (QLineEdit *pickerText = DTPicker1->findChild<QLineEdit *>())
+        pickerText->setFocusPolicy(Qt::NoFocus);
+
+    MaskEdBox1 = new MaskEdBox(fraDate);
+    MaskEdBox1->setObjectName(QStringLiteral("MaskEdBox1"));
+    MaskEdBox1->raise();
+    setFocusProxy(MaskEdBox1);
+
+    sDateSep = userDateSeparator();
+    MaskEdBox1->setMask(QStringLiteral("##") + sDateSep + QStringLiteral("##") + sDateSep + QStringLiteral("####"));
+    mDateFormat = kDayFirst;
+
+    connect(MaskEdBox1, &MaskEdBox::KeyDown, this, [this](qint16 &KeyCode, qint16 &Shift) {
+        // A key whose rules failed is swallowed, so that it does not act on a date it could not check.
+        if (!guardEvent(QStringLiteral("DTControl.MaskEdBox1_KeyDown"), [&] { MaskEdBox1_KeyDown(KeyCode, Shift); }))
+            KeyCode = 0;
+    });
+    connect(MaskEdBox1, &QLineEdit::textChanged, this, [this] { followMask(); });
+    connect(DTPicker1, &DTPicker::DatePicked, this, [this](const QDate &date) {
+        guardEvent(QStringLiteral("DTControl.DTPicker1_DatePicked"), [&] { DTPicker1_DatePicked(date); });
+    });
+    m_focusWatch = connect(qApp, &QApplication::focusChanged, this, &DTControl::focusChanged);
+    placeParts();
+}
+
+DTControl::~DTControl()
+{
+    // The parts are destroyed after this object stops being a DTControl and may hand the focus
+    // on as they go: no check may run then.
+    disconnect(m_focusWatch);
+}
+
+void DTControl::setdDateFormat(const QString &dDateFormat)
+{
+    mDateFormat = dDateFormat.isEmpty() ? kDayFirst : UCase(dDateFormat);
+}
+
+void DTControl::setMaxdate(const QDate &Maxdate)
+{
+    DTPicker1->setMaxDate(Maxdate);
+}
+
+void DTControl::setMindate(const QDate &Mindate)
+{
+    DTPicker1->setMinDate(Mindate);
+}
+
+bool DTControl::dayFirst() const
+{
+    return mDateFormat == kDayFirst;
+}
+
+QString DTControl::maskText(const QDate &date) const
+{
+    const QString first = twoDigits(dayFirst() ? date.day() : date.month());
+    const QString second = twoDigits(dayFirst() ? date.month() : date.day());
+    return first + sDateSep + second + sDateSep + QStringLiteral("%1").arg(date.year(), 4, 10, QLatin1Char('0'));
+}
+
+QString DTControl::blankText() const
+{
+    const QString two(2, QChar(MaskEdBox::PromptChar));
+    return two + sDateSep + two + sDateSep + QString(4, QChar(MaskEdBox::PromptChar));
+}
+
+QDate DTControl::spelledDate() const
+{
+    const QString digits = MaskEdBox1->ClipText();
+    const int first = digits.mid(0, 2).toInt();
+    const int second = digits.mid(2, 2).toInt();
+    const int year = digits.mid(4, 4).toInt();
+    return dayFirst() ? QDate(year, second, first) : QDate(year, first, second);
+}
+
+QDate DTControl::maskDate() const
+{
+    const QDate date = spelledDate();
+    if (!date.isValid()) {
+        throw RuntimeError(ErrInvalidProcedureCall,
+                           RuntimeError::standardDescription(ErrInvalidProcedureCall) + QStringLiteral(": ")
+                               + tr("%1 is not a date").arg(MaskEdBox1->Text()),
+                           QStringLiteral("DTControl"));
+    }
+    return date;
+}
+
+bool DTControl::outOfRange(const QDate &date) const
+{
+    return DTPicker1->MinDate() > date || DTPicker1->MaxDate() < date;
+}
+
+QDate DTControl::value() const
+{
+    if (MaskEdBox1->ClipText().size() == 8)
+        return maskDate();
+    return QDate(1899, 12, 30);
+}
+
+void DTControl::setvalue(const QDate &value)
+{
+    if (!value.isValid() || value == QDate(1899, 12, 30)) {
+        MaskEdBox1->setText(blankText());
+        return;
+    }
+    if (value.year() < 1 || value.year() > 9999) {
+        throw RuntimeError(ErrInvalidPropertyValue,
+                           RuntimeError::standardDescription(ErrInvalidPropertyValue) + QStringLiteral(": ")
+                               + tr("the year of %1 has more than four digits").arg(value.toString(Qt::ISODate)),
+                           QStringLiteral("DTControl"));
+    }
+    MaskEdBox1->setText(maskText(value));
+}
+
+QVariant DTControl::SetDateFormat(const QVariant &sDateFormat)
+{
+    const QString given = isNull(sDateFormat) ? QString() : CStr(sDateFormat);
+    const QString f = Trim(given);
+    for (const char *accepted : {"dd/mm/yyyy", "mm/dd/yyyy", "DD/MM/YYYY", "MM/DD/YYYY"}) {
+        if (f == QLatin1String(accepted)) {
+            DTPicker1->setCustomFormat(given);
+            return QVariant();
+        }
+    }
+    MsgBox(tr("INVALID DATE FORMAT"), vbOKOnly);
+    return QVariant();
+}
+
+bool DTControl::ValidDaysOfMonth()
+{
+    const QString clip = MaskEdBox1->ClipText();
+    if (Trim(clip).isEmpty())
+        return true;
+    const double first = Val(Mid(clip, 1, 2));
+    const double second = Val(Mid(clip, 3, 2));
+    const double year = Val(Mid(clip, 5, 4));
+    const double day = dayFirst() ? first : second;
+    const double month = dayFirst() ? second : first;
+
+    int errorAt = -1;
+    if (month < 1 || month > 12) {
+        errorAt = 3;
+    } else {
+        double days = 31;
+        if (month == 4 || month == 6 || month == 9 || month == 11)
+            days = 30;
+        else if (month == 2) // every fourth year is a leap year here, centuries included
+            days = std::fmod(year, 4) == 0 ? 29 : 28;
+        if (day > days)
+            errorAt = 0;
+    }
+    if (errorAt < 0)
+        return true;
+    MaskEdBox1->setSelStart(errorAt);
+    return false;
+}
+
+void DTControl::MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift)
+{
+    if (KeyCode == vbKeyBack || KeyCode == vbKeyDelete)
+        return;
+    if (KeyCode == vbKeyReturn || KeyCode == vbKeyDown || KeyCode == vbKeyUp || KeyCode == vbKeyTab) {
+        if (!ValidDaysOfMonth())
+            return;
+        const bool beyond = Trim(MaskEdBox1->ClipText()).size() == 8 && outOfRange(maskDate());
+        if (beyond) {
+            if (KeyCode == vbKeyTab || KeyCode == vbKeyReturn)
+                KeyCode = 0;
+        } else if (KeyCode == vbKeyUp) {
+            SendKeys(QStringLiteral("+{Tab}"));
+        } else if (KeyCode == vbKeyDown) {
+            SendKeys(QStringLiteral("{Tab}"));
+        }
+    }
+    emit MaskKeyDown(KeyCode, Shift);
+}
+
+void DTControl::DTPicker1_DatePicked(const QDate &date)
+{
+    MaskEdBox1->setText(maskText(date));
+    MaskEdBox1->SetFocus();
+}
+
+// The picker opens on the date typed, once there is one it can show.
+void DTControl::followMask()
+{
+    if (MaskEdBox1->ClipText().size() != 8)
+        return;
+    const QDate date = spelledDate();
+    if (date.isValid() && !outOfRange(date))
+        DTPicker1->setDate(date);
+}
+
+void DTControl::focusChanged(QWidget *old, QWidget *now)
+{
+    // Only a move to another control of the same form leaves the control: a calendar pop-up,
+    // a message box or another application taking the focus does not.
+    if (!old || !now || now->window() != window())
+        return;
+    if (isAncestorOf(old) && !isAncestorOf(now))
+        guardEvent(QStringLiteral("DTControl.UserControl_ExitFocus"), [this] { UserControl_ExitFocus(); });
+}
+
+void DTControl::UserControl_ExitFocus()
+{
+    try {
+        const QString clip = MaskEdBox1->ClipText();
+        if (clip.isEmpty())
+            return;
+        if (clip.size() == 8 && outOfRange(maskDate()))
+            MaskEdBox1->SetFocus();
+        if (!ValidDaysOfMonth()) {
+            MaskEdBox1->SetFocus();
+            return;
+        }
+        if (clip.size() < 5) { // the year not begun
+            MaskEdBox1->SetFocus();
+            return;
+        }
+        if (Val(Mid(clip, 5, Len(Trim(clip)) - 4)) < 1899)
+            MaskEdBox1->SetFocus();
+    } catch (const RuntimeError &e) {
+        // The check ends at an error; an impossible date (5) is forgotten, anything else stays
+        // pending for the host.
+        if (e.Number() == ErrInvalidProcedureCall)
+            Err().Clear();
+        else
+            Err().setFrom(e);
+    }
+}
+
+void DTControl::placeParts()
+{
+    fraDate->setGeometry(rect());
+    DTPicker1->setGeometry(fraDate->rect());
+    MaskEdBox1->setGeometry(0, 0, qMax(0, arrowRect(DTPicker1, size()).left()), fraDate->height());
+}
+
+void DTControl::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeParts();
+}
+
+QSize DTControl::sizeHint() const
+{
+    // Room for the mask's text in digits, a margin, and the calendar's button.
+    const QFontMetrics metrics = MaskEdBox1->fontMetrics();
+    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, MaskEdBox1);
+    const int text = metrics.horizontalAdvance(QString(MaskEdBox1->Mask().size() + 1, QLatin1Char('0')));
+    const QSize picker = DTPicker1->sizeHint();
+    const QRect arrow = arrowRect(DTPicker1, picker);
+    const int height = qMax(MaskEdBox1->sizeHint().height(), picker.height());
+    return QSize(text + 2 * frame + 8 + (picker.width() - arrow.left()), height);
+}
+
+QSize DTControl::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+} // namespace PanelKestrin

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <PanelKestrin/panelkestrin_export.h>
+
+#include <QDate>
+#include <QMetaObject>
+#include <QString>
+#include <QVariant>
+#include <QWidget>
+
+class QFrame;
+
+namespace PanelKestrin {
+
+class DTPicker;
+class MaskEdBox;
+
+// A date entry box: the masked edit box MaskEdBox1, into which the user types a date digit by
+// digit, with the drop-down calendar DTPicker1 beside it ("Select Date from Calendar."), both
+// in the frame fraDate.
+//
+// The mask follows the user's date separator, read once at creation from the regional
+// settings (GetRegValue, "\Control Panel\International", "sDate"; "/" when there is none):
+// "##/##/####" with "/", "##.##.####" with ".". Day and month come first in the order set by
+// dDateFormat (day first unless told otherwise), the four-digit year last. Dates are shown in
+// that order with that separator, whether typed, picked from the calendar or set through value.
+//
+// Up and Down move the focus to the previous and next control once the date typed is
+// acceptable; Tab and Enter on a complete date outside the calendar's MinDate..MaxDate range
+// are swallowed; and while the date is impossible (a wrong day or month, a year not begun or
+// before 1899, a date outside the range) the focus is held in the mask when the user tries to
+// leave the control. Nothing is shown to the user but the caret, which goes to the day (wrong
+// day) or to the second part (wrong month).
+class PANELKESTRIN_EXPORT DTControl : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QDate value READ value WRITE setvalue)
+
+public:
+    explicit DTControl(QWidget *parent = nullptr);
+    ~DTControl() override;
+
+    // The day/month order: "DD/MM/YYYY" (also when empty) reads day first, any other text
+    // month first. Stored in upper case, unchecked.
+    Q_INVOKABLE void setdDateFormat(const QString &dDateFormat);
+    // The calendar's range, which the checks read back from the calendar.
+    Q_INVOKABLE void setMaxdate(const QDate &Maxdate);
+    Q_INVOKABLE void setMindate(const QDate &Mindate);
+
+    // The date in the mask; the empty date 12/30/1899 while the mask is incomplete. A complete
+    // mask that spells no date (31/04/2005) raises RuntimeError 5.
+    QDate value() const;
+    // Shows the date; the empty date (or an invalid QDate) blanks the mask. A year outside
+    // 1 to 9999 cannot be shown and raises RuntimeError 380.
+    void setvalue(const QDate &value);
+
+    // Sets the calendar's display format to sDateFormat when, without its blanks, it is exactly
+    // "dd/mm/yyyy", "mm/dd/yyyy", "DD/MM/YYYY" or "MM/DD/YYYY"; otherwise shows "INVALID DATE
+    // FORMAT" and changes nothing. Does not change the order the mask is read in. Returns Empty.
+    Q_INVOKABLE QVariant SetDateFormat(const QVariant &sDateFormat);
+
+    // Checks the day and month typed (an empty mask passes): a month outside 1-12 puts the
+    // caret at 3, a day past the month's last day at 0, and the result is false. February has
+    // 29 days in every year divisible by 4, 1900 and 2100 included; day 0 passes.
+    Q_INVOKABLE bool ValidDaysOfMonth();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    // Raised for every key pressed in the mask except Backspace and Delete, after the control's
+    // own key rules, with the key code they left (0 for a swallowed key). A handler may set
+    // KeyCode to 0 to swallow the key itself.
+    void MaskKeyDown(qint16 &KeyCode, qint16 &Shift);
+    // Part of the control's published events; the control itself never raises it.
+    void Validatevalue(bool &Cancel);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift);
+    void DTPicker1_DatePicked(const QDate &date);
+    void UserControl_ExitFocus();
+    void focusChanged(QWidget *old, QWidget *now);
+    void placeParts();
+    void followMask();
+
+    bool dayFirst() const;
+    // The date the mask's digits spell in the order in force; invalid when they spell none.
+    QDate spelledDate() const;
+    // The date a complete mask spells; RuntimeError 5 when it spells none.
+    QDate maskDate() const;
+    bool outOfRange(const QDate &date) const;
+    // The mask's text for a date, and the blank text.
+    QString maskText(const QDate &date) const;
+    QString blankText() const;
+
+    QFrame *fraDate;
+    MaskEdBox *MaskEdBox1;
+    DTPicker *DTPicker1;
+    QMetaObject::Connection m_focusWatch;
+
+    // The user's date separator.
+    QString sDateSep;
+    // The day/month order in force, upper case.
+    QString mDateFormat;
+};
+
+} // namespace PanelKestrin
