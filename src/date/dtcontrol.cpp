@@ -70,6 +70,7 @@ DTControl::DTControl(QWidget *parent) : QWidget(parent)
     MaskEdBox1->setObjectName(QStringLiteral("MaskEdBox1"));
     MaskEdBox1->raise();
     setFocusProxy(MaskEdBox1);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     sDateSep = userDateSeparator();
     MaskEdBox1->setMask(QStringLiteral("##") + sDateSep + QStringLiteral("##") + sDateSep + QStringLiteral("####"));
@@ -170,7 +171,7 @@ void DTControl::setvalue(const QDate &value)
     if (value.year() < 1 || value.year() > 9999) {
         throw RuntimeError(ErrInvalidPropertyValue,
                            RuntimeError::standardDescription(ErrInvalidPropertyValue) + QStringLiteral(": ")
-                               + tr("the year of %1 has more than four digits").arg(value.toString(Qt::ISODate)),
+                               + tr("the mask shows years 1 to 9999, not %1").arg(value.year()),
                            QStringLiteral("DTControl"));
     }
     MaskEdBox1->setText(maskText(value));
@@ -260,6 +261,9 @@ void DTControl::focusChanged(QWidget *old, QWidget *now)
     // Only a move to another control of the same form leaves the control: a calendar pop-up,
     // a message box or another application taking the focus does not.
     if (!old || !now || now->window() != window())
+        return;
+    // Nor is the focus held in a mask that cannot take it back.
+    if (!MaskEdBox1->isVisible() || !MaskEdBox1->isEnabled())
         return;
     if (isAncestorOf(old) && !isAncestorOf(now))
         guardEvent(QStringLiteral("DTControl.UserControl_ExitFocus"), [this] { UserControl_ExitFocus(); });

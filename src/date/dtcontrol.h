@@ -25,12 +25,14 @@ class MaskEdBox;
 // dDateFormat (day first unless told otherwise), the four-digit year last. Dates are shown in
 // that order with that separator, whether typed, picked from the calendar or set through value.
 //
-// Up and Down move the focus to the previous and next control once the date typed is
-// acceptable; Tab and Enter on a complete date outside the calendar's MinDate..MaxDate range
-// are swallowed; and while the date is impossible (a wrong day or month, a year not begun or
-// before 1899, a date outside the range) the focus is held in the mask when the user tries to
-// leave the control. Nothing is shown to the user but the caret, which goes to the day (wrong
-// day) or to the second part (wrong month).
+// Up and Down move the focus to the previous and next control once the day and month typed
+// are possible; Tab and Enter on a complete date outside the calendar's MinDate..MaxDate range
+// are swallowed. When the user moves to another control of the same form, the focus is held in
+// the mask while the entry is not acceptable: a complete date outside the range, a wrong day or
+// month in an incomplete date, a year not begun or before 1899. A complete text that spells no
+// date (31/06/2010) is not held; reading value then raises error 5. Nothing is shown to the
+// user but the caret, which goes to position 0 for a wrong day and 3 for a wrong month in
+// either order. A hidden or disabled control holds nothing.
 class PANELKESTRIN_EXPORT DTControl : public QWidget
 {
     Q_OBJECT
