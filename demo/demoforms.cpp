@@ -18,7 +18,7 @@ QList<DemoForm> demoForms()
          QObject::tr("The navigation toolbar moving through the customers one record at a time, with add, edit and delete."),
          [](DemoContext &context) -> QWidget * { return new CustomerBrowseForm(*context.connection); }},
         {QObject::tr("Order lines"),
-         QObject::tr("Every order line in the editable grid, paged with the grid's page moves (read-only for now)."),
+         QObject::tr("The lines of one order in the editable grid with the grid toolbar: edit, add, delete, find and save."),
          [](DemoContext &context) -> QWidget * { return new OrderLinesForm(*context.connection); }},
     };
 }
