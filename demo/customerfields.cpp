@@ -2,7 +2,11 @@
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
+#include <PanelKestrin/dtcontrol.h>
+#include <PanelKestrin/format.h>
+#include <PanelKestrin/maskedbox.h>
 #include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/recordset.h>
 #include <PanelKestrin/toolbarbase.h>
 #include <PanelKestrin/variant.h>
@@ -11,7 +15,9 @@
 #include <QDoubleValidator>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QSpinBox>
+#include <utility>
 
 using namespace PanelKestrin;
 
@@ -41,11 +47,47 @@ bool refuse(QWidget *field, const QString &message)
     return false;
 }
 
+// The columns of the customer list report.
+QString reportColumns()
+{
+    return QStringLiteral("cust_code, cust_name, city, phone, credit_limit, discount_pct, active");
+}
+
+const QDate kEmptyDate(1899, 12, 30);
+
+// A date column's parameter: the date as ISO text (as the database keeps dates), or NULL.
+QVariant dateParameter(const DTControl *date)
+{
+    const QDate value = date->value();
+    return value == kEmptyDate ? QVariant() : QVariant(value.toString(Qt::ISODate));
+}
+
+// A date box holds a whole date or nothing: the message is for a part-typed or impossible date
+// and for one outside the box's own range (the mouse can leave such a date behind).
+QString dateProblem(const DTControl *date, const QString &what, const QDate &earliest, const QDate &latest)
+{
+    const QString digits = date->findChild<MaskEdBox *>(QStringLiteral("MaskEdBox1"))->ClipText();
+    if (digits.isEmpty())
+        return QString();
+    QDate value;
+    try {
+        value = date->value();
+    } catch (const RuntimeError &) {
+        return CustomerFields::tr("The %1 is not a date.").arg(what);
+    }
+    if (value == kEmptyDate)
+        return CustomerFields::tr("Enter the whole %1: day, month and four-digit year.").arg(what);
+    if (value < earliest || value > latest)
+        return CustomerFields::tr("The %1 must lie between %2 and %3.")
+            .arg(what, Format(earliest, QStringLiteral("dd/mm/yyyy")), Format(latest, QStringLiteral("dd/mm/yyyy")));
+    return QString();
+}
+
 } // namespace
 
 QString CustomerFields::selectList()
 {
-    return QStringLiteral("cust_code, cust_name, city, phone, credit_limit, discount_pct, active");
+    return reportColumns() + QStringLiteral(", date_of_birth, start_date");
 }
 
 CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
@@ -61,6 +103,18 @@ CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
     m_name = line(40);
     m_city = line(30);
     m_phone = line(20);
+    const auto dateBox = [this] {
+        auto *date = new DTControl(this);
+        connect(date->findChild<MaskEdBox *>(QStringLiteral("MaskEdBox1")), &QLineEdit::textChanged, this, [this] {
+            if (!m_showing)
+                emit edited(); // typed or picked from the calendar
+        });
+        return date;
+    };
+    m_born = dateBox();
+    m_born->setMindate(QDate(1900, 1, 1));
+    m_born->setMaxdate(QDate::currentDate());
+    m_start = dateBox();
     m_credit = line(14);
     m_credit->setValidator(new QDoubleValidator(0, 9999999999.99, 2, m_credit));
     m_discount = new QSpinBox(this);
@@ -76,6 +130,8 @@ CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
     form->addRow(tr("Na&me"), m_name);
     form->addRow(tr("Cit&y"), m_city);
     form->addRow(tr("P&hone"), m_phone);
+    form->addRow(tr("Date of &birth"), m_born);
+    form->addRow(tr("Start date"), m_start);
     form->addRow(tr("Credi&t limit"), m_credit);
     form->addRow(tr("Disc&ount"), m_discount);
     form->addRow(QString(), m_active);
@@ -84,6 +140,7 @@ CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
 
 void CustomerFields::showRecord(const Recordset &rs)
 {
+    const QScopedValueRollback<bool> showing(m_showing, true);
     if (rs.BOF() || rs.adoEOF()) {
         clear();
         return;
@@ -97,12 +154,19 @@ void CustomerFields::showRecord(const Recordset &rs)
     const QVariant discount = rs.Fields().Item(QStringLiteral("discount_pct")).Value();
     m_discount->setValue(isNull(discount) ? 0 : CInt(discount));
     m_active->setChecked(CBool(rs.Fields().Item(QStringLiteral("active")).Value()));
+    for (const auto &[date, column] : {std::pair{m_born, "date_of_birth"}, std::pair{m_start, "start_date"}}) {
+        const QVariant value = rs.Fields().Item(QLatin1String(column)).Value();
+        date->setvalue(isNull(value) ? QDate() : CDate(value));
+    }
 }
 
 void CustomerFields::clear()
 {
+    const QScopedValueRollback<bool> showing(m_showing, true);
     for (QLineEdit *edit : {m_code, m_name, m_city, m_phone, m_credit})
         edit->clear();
+    m_born->setvalue(QDate());
+    m_start->setvalue(QDate());
     m_discount->setValue(0);
     m_active->setChecked(true);
 }
@@ -113,6 +177,8 @@ void CustomerFields::setEditing(bool editing, bool adding)
     for (QLineEdit *edit : {m_name, m_city, m_phone, m_credit})
         edit->setReadOnly(!editing);
     m_discount->setReadOnly(!editing);
+    m_born->setEnabled(editing);
+    m_start->setEnabled(editing);
     m_active->setEnabled(editing);
     if (editing)
         (adding ? m_code : m_name)->setFocus();
@@ -135,6 +201,12 @@ bool CustomerFields::validate(Connection &cn, bool adding)
         if (existing.RecordCount() > 0)
             return refuse(m_code, tr("Customer %1 already exists.").arg(code()));
     }
+    const QString born = dateProblem(m_born, tr("date of birth"), QDate(1900, 1, 1), QDate::currentDate());
+    if (!born.isEmpty())
+        return refuse(m_born, born);
+    const QString start = dateProblem(m_start, tr("start date"), QDate(1601, 1, 1), QDate(9999, 12, 31));
+    if (!start.isEmpty())
+        return refuse(m_start, start);
     if (!m_credit->text().isEmpty() && !m_credit->hasAcceptableInput())
         return refuse(m_credit, tr("The credit limit must be an amount."));
     return true;
@@ -142,20 +214,20 @@ bool CustomerFields::validate(Connection &cn, bool adding)
 
 void CustomerFields::insert(Connection &cn) const
 {
-    cn.Execute(QStringLiteral("INSERT INTO customers (cust_code, cust_name, city, phone, credit_limit, discount_pct, active)"
-                              " VALUES (?, ?, ?, ?, ?, ?, ?)"),
+    cn.Execute(QStringLiteral("INSERT INTO customers (cust_code, cust_name, city, phone, credit_limit, discount_pct, active,"
+                              " date_of_birth, start_date) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
                {code(), m_name->text().trimmed(), orNull(m_city->text()), orNull(m_phone->text()),
                 m_credit->text().isEmpty() ? QVariant() : QVariant(m_credit->text().toDouble()), m_discount->value(),
-                m_active->isChecked()});
+                m_active->isChecked(), dateParameter(m_born), dateParameter(m_start)});
 }
 
 void CustomerFields::update(Connection &cn) const
 {
     cn.Execute(QStringLiteral("UPDATE customers SET cust_name = ?, city = ?, phone = ?, credit_limit = ?,"
-                              " discount_pct = ?, active = ? WHERE cust_code = ?"),
+                              " discount_pct = ?, active = ?, date_of_birth = ?, start_date = ? WHERE cust_code = ?"),
                {m_name->text().trimmed(), orNull(m_city->text()), orNull(m_phone->text()),
                 m_credit->text().isEmpty() ? QVariant() : QVariant(m_credit->text().toDouble()), m_discount->value(),
-                m_active->isChecked(), code()});
+                m_active->isChecked(), dateParameter(m_born), dateParameter(m_start), code()});
 }
 
 int CustomerFields::orderCount(Connection &cn, const QString &code)
@@ -175,7 +247,7 @@ void CustomerFields::setReportParameters(ToolbarBase &toolbar, Recordset &rs, Co
     toolbar.setsrset(&rs);
     toolbar.setsortcaptions(tr("Name,Code,City"));
     toolbar.setsortfields(QStringLiteral("cust_name,cust_code,city"));
-    toolbar.setselquery(QStringLiteral("SELECT ") + selectList() + QStringLiteral(" FROM customers"));
+    toolbar.setselquery(QStringLiteral("SELECT ") + reportColumns() + QStringLiteral(" FROM customers"));
     toolbar.setrptheading(tr("Customer list"));
     toolbar.setrpttitle(tr("Customers"));
     // "Criteria For" offers the cities; the chosen one is compared with the city column.

@@ -7,6 +7,7 @@ class QLineEdit;
 class QSpinBox;
 namespace PanelKestrin {
 class Connection;
+class DTControl;
 class Recordset;
 class ToolbarBase;
 } // namespace PanelKestrin
@@ -52,7 +53,12 @@ private:
     QLineEdit *m_name;
     QLineEdit *m_city;
     QLineEdit *m_phone;
+    // Born between 1 January 1900 and today; the start date has no range.
+    PanelKestrin::DTControl *m_born;
+    PanelKestrin::DTControl *m_start;
     QLineEdit *m_credit;
     QSpinBox *m_discount;
     QCheckBox *m_active;
+    // Set while a record is shown, so that only the user's changes count as edits.
+    bool m_showing = false;
 };
