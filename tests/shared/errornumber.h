@@ -3,20 +3,34 @@
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QMetaType>
+#include <QString>
 
 #include <functional>
 
-// A call kept in a data table, and the run-time error number it raises (0 when none), so
-// that tables can list a call next to the error a host would see.
+// What a call raised: the run-time error's number (0 when nothing was thrown), description
+// and source.
+struct Caught {
+    int number = 0;
+    QString description;
+    QString source;
+};
+
+template <typename F>
+Caught capture(F &&f)
+{
+    try {
+        f();
+    } catch (const PanelKestrin::RuntimeError &error) {
+        return {error.Number(), error.Description(), error.Source()};
+    }
+    return {};
+}
+
+// A call kept in a data table, so that tables can list a call next to the error a host would see.
 using Call = std::function<void()>;
 Q_DECLARE_METATYPE(Call)
 
 inline int errorNumberOf(const Call &call)
 {
-    try {
-        call();
-    } catch (const PanelKestrin::RuntimeError &error) {
-        return error.Number();
-    }
-    return 0;
+    return capture(call).number;
 }
