@@ -13,9 +13,9 @@ private slots:
     void fromQtEvents_data();
     void fromQtEvents();
     void codesConvertBackToTheirKeys();
-    void shiftMasks();
 };
 
+// What the round trip below cannot show: second keys of a code, masks, typed characters, unknown keys.
 void tst_keycodes::fromQtEvents_data()
 {
     QTest::addColumn<int>("key");
@@ -25,21 +25,14 @@ void tst_keycodes::fromQtEvents_data()
     QTest::addColumn<int>("shift");
     QTest::addColumn<int>("keyAscii");
     const int none = Qt::NoModifier;
-    const int keypad = Qt::KeypadModifier;
-    QTest::newRow("Return") << int(Qt::Key_Return) << none << "\r" << 13 << 0 << 13;
-    QTest::newRow("keypad Enter") << int(Qt::Key_Enter) << keypad << "\r" << 13 << 0 << 13;
+    QTest::newRow("keypad Enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << "\r" << 13 << 0 << 13;
     QTest::newRow("Backtab carries Shift") << int(Qt::Key_Backtab) << none << "" << 9 << 1 << 0;
-    QTest::newRow("Backspace") << int(Qt::Key_Backspace) << none << "" << 8 << 0 << 8;
-    QTest::newRow("Esc") << int(Qt::Key_Escape) << none << "\x1b" << 27 << 0 << 27;
+    QTest::newRow("Backspace without text") << int(Qt::Key_Backspace) << none << "" << 8 << 0 << 8;
     QTest::newRow("Delete types nothing") << int(Qt::Key_Delete) << none << "\x7f" << 46 << 0 << 0;
-    QTest::newRow("letter") << int(Qt::Key_A) << none << "a" << 65 << 0 << 97;
-    QTest::newRow("Shift+letter") << int(Qt::Key_A) << int(Qt::ShiftModifier) << "A" << 65 << 1 << 65;
     QTest::newRow("Ctrl+C") << int(Qt::Key_C) << int(Qt::ControlModifier) << "c" << 67 << 2 << 3;
     QTest::newRow("Shift+1 is the 1 key") << int(Qt::Key_Exclam) << int(Qt::ShiftModifier) << "!" << 49 << 1 << 33;
-    QTest::newRow("keypad decimal") << int(Qt::Key_Period) << keypad << "." << 110 << 0 << 46;
-    QTest::newRow("minus key") << int(Qt::Key_Minus) << none << "-" << 189 << 0 << 45;
-    QTest::newRow("F1") << int(Qt::Key_F1) << none << "" << 112 << 0 << 0;
-    QTest::newRow("Alt+F4") << int(Qt::Key_F4) << int(Qt::AltModifier) << "" << 115 << 4 << 0;
+    QTest::newRow("Alt+Shift+F4, keypad flag ignored")
+        << int(Qt::Key_F4) << int(Qt::AltModifier | Qt::ShiftModifier | Qt::KeypadModifier) << "" << 115 << 5 << 0;
     QTest::newRow("accented letter") << int(Qt::Key_Eacute) << none << QString(QChar(0xE9)) << 0 << 0 << 0xE9;
 }
 
@@ -57,8 +50,9 @@ void tst_keycodes::fromQtEvents()
     QCOMPARE(int(KeyAsciiFromEvent(&event)), keyAscii);
 }
 
-// Every code that names a key converts to a Qt key that converts back to the same code, so
-// rules written against codes and keys sent from codes agree.
+// Every code that names a key converts to a Qt key that converts back to the same code, and
+// every shift mask to modifiers and back, so rules written against codes and keys sent from
+// codes agree.
 void tst_keycodes::codesConvertBackToTheirKeys()
 {
     int named = 0;
@@ -72,15 +66,8 @@ void tst_keycodes::codesConvertBackToTheirKeys()
         QCOMPARE(int(KeyCodeFromEvent(&event)), code);
     }
     QVERIFY(named > 100);
-    QCOMPARE(QtKeyFromKeyCode(vbKeyReturn), int(Qt::Key_Return));
-    QCOMPARE(QtKeyFromKeyCode(vbKeyTab), int(Qt::Key_Tab));
-    QCOMPARE(QtKeyFromKeyCode(255), 0);
-}
-
-void tst_keycodes::shiftMasks()
-{
-    QCOMPARE(int(ShiftFromModifiers(Qt::ShiftModifier | Qt::AltModifier)), 5);
-    QCOMPARE(int(ShiftFromModifiers(Qt::ControlModifier | Qt::KeypadModifier)), 2);
+    QCOMPARE(QtKeyFromKeyCode(vbKeyReturn), int(Qt::Key_Return)); // not the keypad's Enter
+    QCOMPARE(QtKeyFromKeyCode(vbKeyTab), int(Qt::Key_Tab));       // not Backtab
     for (qint16 shift = 0; shift < 8; ++shift)
         QCOMPARE(ShiftFromModifiers(ModifiersFromShift(shift)), shift);
 }
