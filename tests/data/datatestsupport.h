@@ -1,8 +1,9 @@
 // Helpers shared by the data tests: opening each engine and catching run-time errors.
 #pragma once
 
+#include "shared/errornumber.h"
+
 #include <PanelKestrin/connection.h>
-#include <PanelKestrin/runtimeerror.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,21 +11,8 @@
 
 namespace DataTest {
 
-struct Caught {
-    int number = 0; // 0 when nothing was thrown
-    QString description;
-};
-
-template <typename F>
-Caught capture(F &&f)
-{
-    try {
-        f();
-    } catch (const PanelKestrin::RuntimeError &e) {
-        return {e.Number(), e.Description()};
-    }
-    return {};
-}
+using ::capture;
+using ::Caught;
 
 // The test server's connection string, written by the CTest fixture; empty when it is missing.
 inline QString postgresConnectString()

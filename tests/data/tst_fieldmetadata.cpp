@@ -20,8 +20,6 @@ private Q_SLOTS:
 
     void declaredTypes_data();
     void declaredTypes();
-    void valueTypes_data();
-    void valueTypes();
     void nullability_data();
     void nullability();
     void computedColumns_data();
@@ -31,38 +29,47 @@ private:
     QTemporaryDir m_dir;
 };
 
+// A column of each declaration: its shape, and a value bound as a parameter and read back.
 void tst_FieldMetadata::declaredTypes_data()
 {
     QTest::addColumn<QString>("engine");
     QTest::addColumn<QString>("declaration");
     QTest::addColumn<Shape>("shape");
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("read");
     const int na = 255, unbounded = 2147483647;
     // One expectation for both engines: the same declaration answers alike.
-    auto both = [](const char *declaration, Shape shape) {
-        FOR_EACH_ENGINE(declaration) << QString::fromLatin1(declaration) << shape;
+    auto both = [](const char *declaration, Shape shape, const QVariant &stored, const QVariant &read) {
+        FOR_EACH_ENGINE(declaration) << QString::fromLatin1(declaration) << shape << stored << read;
     };
-    both("VARCHAR(30)", {200, 30, na, na});
-    both("NUMERIC(10,2)", {131, 19, 10, 2});
-    both("DECIMAL(10,2)", {131, 19, 10, 2});
-    both("NUMERIC(7)", {131, 19, 7, 0});
-    both("DATE", {7, 8, na, na});
-    both("TIMESTAMP", {135, 16, na, na});
-    both("INTEGER", {3, 4, 10, 0});
-    both("INT", {3, 4, 10, 0});
-    both("SMALLINT", {2, 2, 5, 0});
-    both("BIGINT", {20, 8, 19, 0});
-    both("DOUBLE PRECISION", {5, 8, 15, na});
-    both("FLOAT8", {5, 8, 15, na});
-    both("FLOAT4", {4, 4, 7, na});
-    both("BOOLEAN", {11, 2, na, na});
-    both("CHAR(5)", {129, 5, na, na});
-    both("TEXT", {201, unbounded, na, na});
-    both("VARCHAR", {201, unbounded, na, na});
+    auto sqlite = [](const char *declaration, Shape shape, const QVariant &value) {
+        QTest::addRow("sqlite: %s", declaration) << "sqlite" << QString::fromLatin1(declaration) << shape << value << value;
+    };
+    const QDateTime stamp(QDate(2024, 2, 29), QTime(13, 45, 10));
+    both("VARCHAR(30)", {200, 30, na, na}, QStringLiteral("Ünïcode"), QStringLiteral("Ünïcode"));
+    both("NUMERIC(10,2)", {131, 19, 10, 2}, 12.5, 12.5);
+    both("NUMERIC(7)", {131, 19, 7, 0}, 12, 12.0);
+    both("DATE", {7, 8, na, na}, QDate(2024, 2, 29), QDate(2024, 2, 29));
+    both("DATE NULL", {7, 8, na, na}, Null(), Null());
+    both("TIMESTAMP", {135, 16, na, na}, stamp, stamp);
+    both("INTEGER", {3, 4, 10, 0}, 42, 42);
+    both("SMALLINT", {2, 2, 5, 0}, -7, -7);
+    both("BIGINT", {20, 8, 19, 0}, qlonglong(9000000000), qlonglong(9000000000));
+    both("DOUBLE PRECISION", {5, 8, 15, na}, 0.25, 0.25);
+    both("FLOAT8", {5, 8, 15, na}, Null(), Null());
+    both("FLOAT4", {4, 4, 7, na}, 0.5, 0.5);
+    both("BOOLEAN", {11, 2, na, na}, false, false);
+    both("BOOLEAN DEFAULT FALSE", {11, 2, na, na}, true, true);
+    both("CHAR(5)", {129, 5, na, na}, Null(), Null());
+    both("TEXT", {201, unbounded, na, na}, QString(), QString(QLatin1String(""))); // empty text is not NULL
+    both("VARCHAR", {201, unbounded, na, na}, Null(), Null());
     // REAL is double precision in SQLite, single in PostgreSQL; DATETIME and DOUBLE are SQLite's.
-    QTest::newRow("sqlite: REAL") << "sqlite" << "REAL" << Shape{5, 8, 15, na};
-    QTest::newRow("postgres: REAL") << "postgres" << "REAL" << Shape{4, 4, 7, na};
-    QTest::newRow("sqlite: DATETIME") << "sqlite" << "DATETIME" << Shape{7, 8, na, na};
-    QTest::newRow("sqlite: DOUBLE") << "sqlite" << "DOUBLE" << Shape{5, 8, 15, na};
+    sqlite("REAL", {5, 8, 15, na}, 0.25);
+    QTest::newRow("postgres: REAL") << "postgres" << "REAL" << Shape{4, 4, 7, na} << QVariant(0.5) << QVariant(0.5);
+    sqlite("DATETIME", {7, 8, na, na}, stamp);
+    sqlite("DOUBLE", {5, 8, 15, na}, Null());
+    QTest::newRow("sqlite: DATETIME, date only") << "sqlite" << "DATETIME" << Shape{7, 8, na, na}
+                                                 << QVariant(QDate(2024, 1, 2)) << QVariant(QDate(2024, 1, 2));
 }
 
 void tst_FieldMetadata::declaredTypes()
@@ -70,63 +77,22 @@ void tst_FieldMetadata::declaredTypes()
     QFETCH(QString, engine);
     QFETCH(QString, declaration);
     QFETCH(Shape, shape);
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, read);
     Connection cn;
     OPEN_ENGINE(cn, engine, m_dir);
     DataTest::recreateTable(cn, QStringLiteral("meta_types"), QStringLiteral("c ") + declaration);
+    cn.Execute(QStringLiteral("INSERT INTO meta_types VALUES (?)"), {stored});
     Recordset rs;
-    rs.Open(QStringLiteral("SELECT c FROM meta_types"), &cn);
+    rs.Open(QStringLiteral("meta_types"), &cn);
     const Field f = rs.Fields().Item(QStringLiteral("c"));
     QCOMPARE(f.Type(), shape.type);
     QCOMPARE(f.DefinedSize(), shape.size);
     QCOMPARE(f.Precision(), shape.precision);
     QCOMPARE(f.NumericScale(), shape.scale);
     QCOMPARE(f.Attributes(), 32);
-}
-
-void tst_FieldMetadata::valueTypes_data()
-{
-    QTest::addColumn<QString>("engine");
-    QTest::addColumn<QString>("declaration");
-    QTest::addColumn<QVariant>("stored"); // bound as a parameter
-    QTest::addColumn<QVariant>("read");
-    auto both = [](const char *declaration, const QVariant &stored, const QVariant &read) {
-        FOR_EACH_ENGINE(declaration) << QString::fromLatin1(declaration) << stored << read;
-    };
-    const QDateTime stamp(QDate(2024, 2, 29), QTime(13, 45, 10));
-    both("VARCHAR(30)", QStringLiteral("Ünïcode"), QStringLiteral("Ünïcode"));
-    both("TEXT", QString(), QString(QLatin1String(""))); // empty text is not NULL
-    both("INTEGER", 42, 42);
-    both("SMALLINT", -7, -7);
-    both("BIGINT", qlonglong(9000000000), qlonglong(9000000000));
-    both("NUMERIC(10,2)", 12.5, 12.5);
-    both("NUMERIC(10,2)", 12, 12.0);
-    both("DOUBLE PRECISION", 0.25, 0.25);
-    both("DATE", QDate(2024, 2, 29), QDate(2024, 2, 29));
-    both("TIMESTAMP", stamp, stamp);
-    both("BOOLEAN", true, true);
-    both("BOOLEAN", false, false);
-    both("INTEGER", Null(), Null());
-    both("DATE", Null(), Null());
-    QTest::newRow("sqlite: DATETIME with a time") << "sqlite" << "DATETIME" << QVariant(stamp) << QVariant(stamp);
-    QTest::newRow("sqlite: DATETIME, date only") << "sqlite" << "DATETIME" << QVariant(QDate(2024, 1, 2))
-                                                 << QVariant(QDate(2024, 1, 2));
-}
-
-void tst_FieldMetadata::valueTypes()
-{
-    QFETCH(QString, engine);
-    QFETCH(QString, declaration);
-    QFETCH(QVariant, stored);
-    QFETCH(QVariant, read);
-    Connection cn;
-    OPEN_ENGINE(cn, engine, m_dir);
-    DataTest::recreateTable(cn, QStringLiteral("meta_values"), QStringLiteral("c ") + declaration);
-    cn.Execute(QStringLiteral("INSERT INTO meta_values VALUES (?)"), {stored});
-    Recordset rs;
-    rs.Open(QStringLiteral("meta_values"), &cn);
-    const QVariant value = rs.Fields().Item(0).Value();
-    QCOMPARE(value.metaType(), read.metaType());
-    QCOMPARE(value, read);
+    QCOMPARE(f.Value().metaType(), read.metaType());
+    QCOMPARE(f.Value(), read);
     QCOMPARE(rs.GetRows(-1, 1)(0, 0), read); // GetRows hands out the same values
 }
 
