@@ -87,7 +87,12 @@ gridcontrol::gridcontrol(QWidget *parent) : QWidget(parent)
     iPageSize = qint16(heightInTwips() / FlexGrid::DefaultRowHeight - 1);
 }
 
-gridcontrol::~gridcontrol() = default;
+gridcontrol::~gridcontrol()
+{
+    // The children go away after this body, moving the focus: the focus tracking must not
+    // reach a half-destroyed control.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 qint32 gridcontrol::heightInTwips() const
 {

@@ -23,21 +23,23 @@ QString searchText(const QVariant &value)
 
 void gridcontrol::TxtFind_Change()
 {
-    const int lastField = mDataArray.UBound(1);
-    const int lastRow = mDataArray.UBound(2);
-    const QVariant &first = mDataArray(0, 0);
+    // Read only: a write access would detach the store from findSource and void the texts.
+    const VariantMatrix &data = mDataArray;
+    const int lastField = data.UBound(1);
+    const int lastRow = data.UBound(2);
+    const QVariant &first = data(0, 0);
     if (isEmpty(first) || isNull(first) || Trim(CStr(first)).isEmpty()) {
         Dialog::DisplayMsg(tr("No Matching Value Found"), window());
         return;
     }
 
     // Upper-cased texts are built once for each content of the store (see findSource).
-    if (findSource.storageId() != mDataArray.storageId() || findTexts.size() != (lastField + 1) * (lastRow + 1)) {
-        findSource = mDataArray;
+    if (findSource.storageId() != data.storageId() || findTexts.size() != (lastField + 1) * (lastRow + 1)) {
+        findSource = data;
         findTexts.resize((lastField + 1) * (lastRow + 1));
         for (int i = 0; i <= lastRow; ++i)
             for (int j = 0; j <= lastField; ++j)
-                findTexts[i * (lastField + 1) + j] = searchText(mDataArray(j, i));
+                findTexts[i * (lastField + 1) + j] = searchText(data(j, i));
     }
 
     // Rows first, then the columns of each row; the first value beginning with the key wins.

@@ -5,6 +5,8 @@
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 
+#include <utility>
+
 namespace PanelKestrin {
 
 void gridcontrol::PopulateGrid()
@@ -14,7 +16,7 @@ void gridcontrol::PopulateGrid()
     // Null is not turned into "" here (unlike MakeStruct): converting it fails.
     for (int c = 0; c <= mDataArray.UBound(1); ++c)
         for (int r = 0; r <= mDataArray.UBound(2); ++r)
-            flexgrid->setTextMatrix(r + 1, c + 1, CStr(mDataArray(c, r)));
+            flexgrid->setTextMatrix(r + 1, c + 1, CStr(std::as_const(mDataArray)(c, r)));
 }
 
 void gridcontrol::Prevpage()

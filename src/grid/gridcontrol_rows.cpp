@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 namespace PanelKestrin {
 
 void gridcontrol::GridRowAddnew()
@@ -52,7 +54,7 @@ bool gridcontrol::SaveLastCol()
         const int last = mDataArray.UBound(2);
         bool blank = true;
         for (int j = 0; j <= mDataArray.UBound(1) && blank; ++j) {
-            const QVariant &value = mDataArray(j, last);
+            const QVariant &value = std::as_const(mDataArray)(j, last);
             blank = !isNull(value) && CStr(value).isEmpty();
         }
         if (blank) {

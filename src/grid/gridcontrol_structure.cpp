@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QScopeGuard>
 
+#include <utility>
+
 namespace PanelKestrin {
 
 namespace {
@@ -161,7 +163,7 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
         flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
         flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
         for (int r = 0; r <= lastRow; ++r) {
-            const QVariant &value = mDataArray(c, r);
+            const QVariant &value = std::as_const(mDataArray)(c, r); // a read: no detach from the recordset's rows
             flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
         }
     }
