@@ -204,31 +204,31 @@ void tst_dtcontrol::keyRules_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QList<int>>("raised"); // MaskKeyDown's KeyCode, in order
+    QTest::addColumn<QString>("raised"); // MaskKeyDown's KeyCode, in order
     QTest::addColumn<QString>("focus");
     QTest::addColumn<int>("caret"); // -1: not checked
     QTest::addColumn<int>("reported");
 
     // The range is 1 January 2000 to 31 December 2030.
     const int shift = Qt::ShiftModifier;
-    QTest::newRow("Tab in range") << "15062010" << int(Qt::Key_Tab) << 0 << QList<int>{9} << "after" << -1 << 0;
-    QTest::newRow("Shift+Tab in range") << "15062010" << int(Qt::Key_Backtab) << shift << QList<int>{16, 9} << "before" << -1 << 0;
-    QTest::newRow("Enter in range") << "15062010" << int(Qt::Key_Return) << 0 << QList<int>{13} << "mask" << -1 << 0;
-    QTest::newRow("Up in range") << "15062010" << int(Qt::Key_Up) << 0 << QList<int>{38, 9} << "before" << -1 << 0;
-    QTest::newRow("Down in range") << "15062010" << int(Qt::Key_Down) << 0 << QList<int>{40, 9} << "after" << -1 << 0;
-    QTest::newRow("Tab after Maxdate") << "01012031" << int(Qt::Key_Tab) << 0 << QList<int>{0} << "mask" << -1 << 0;
-    QTest::newRow("Enter before Mindate") << "31121999" << int(Qt::Key_Enter) << 0 << QList<int>{0} << "mask" << -1 << 0;
-    QTest::newRow("Up after Maxdate") << "01012031" << int(Qt::Key_Up) << 0 << QList<int>{38} << "mask" << -1 << 0;
-    QTest::newRow("Down on 31 June") << "31062010" << int(Qt::Key_Down) << 0 << QList<int>{} << "mask" << 0 << 0;
-    QTest::newRow("Up on month 13") << "01132010" << int(Qt::Key_Up) << 0 << QList<int>{} << "mask" << 3 << 0;
-    QTest::newRow("Tab on an incomplete date") << "1506" << int(Qt::Key_Tab) << 0 << QList<int>{9} << "mask" << -1 << 0;
-    QTest::newRow("Down on an incomplete date") << "150620" << int(Qt::Key_Down) << 0 << QList<int>{40, 9} << "mask" << -1 << 0;
-    QTest::newRow("Tab on nothing") << "" << int(Qt::Key_Tab) << 0 << QList<int>{9} << "after" << -1 << 0;
-    QTest::newRow("Tab on day 0") << "00052010" << int(Qt::Key_Tab) << 0 << QList<int>{} << "mask" << -1
+    QTest::newRow("Tab in range") << "15062010" << int(Qt::Key_Tab) << 0 << "9" << "after" << -1 << 0;
+    QTest::newRow("Shift+Tab in range") << "15062010" << int(Qt::Key_Backtab) << shift << "16,9" << "before" << -1 << 0;
+    QTest::newRow("Enter in range") << "15062010" << int(Qt::Key_Return) << 0 << "13" << "mask" << -1 << 0;
+    QTest::newRow("Up in range") << "15062010" << int(Qt::Key_Up) << 0 << "38,9" << "before" << -1 << 0;
+    QTest::newRow("Down in range") << "15062010" << int(Qt::Key_Down) << 0 << "40,9" << "after" << -1 << 0;
+    QTest::newRow("Tab after Maxdate") << "01012031" << int(Qt::Key_Tab) << 0 << "0" << "mask" << -1 << 0;
+    QTest::newRow("Enter before Mindate") << "31121999" << int(Qt::Key_Enter) << 0 << "0" << "mask" << -1 << 0;
+    QTest::newRow("Up after Maxdate") << "01012031" << int(Qt::Key_Up) << 0 << "38" << "mask" << -1 << 0;
+    QTest::newRow("Down on 31 June") << "31062010" << int(Qt::Key_Down) << 0 << "" << "mask" << 0 << 0;
+    QTest::newRow("Up on month 13") << "01132010" << int(Qt::Key_Up) << 0 << "" << "mask" << 3 << 0;
+    QTest::newRow("Tab on an incomplete date") << "1506" << int(Qt::Key_Tab) << 0 << "9" << "mask" << -1 << 0;
+    QTest::newRow("Down on an incomplete date") << "150620" << int(Qt::Key_Down) << 0 << "40,9" << "mask" << -1 << 0;
+    QTest::newRow("Tab on nothing") << "" << int(Qt::Key_Tab) << 0 << "9" << "after" << -1 << 0;
+    QTest::newRow("Tab on day 0") << "00052010" << int(Qt::Key_Tab) << 0 << "" << "mask" << -1
                                   << int(ErrInvalidProcedureCall);
-    QTest::newRow("Backspace") << "1506" << int(Qt::Key_Backspace) << 0 << QList<int>{} << "mask" << 4 << 0;
-    QTest::newRow("Delete") << "1506" << int(Qt::Key_Delete) << 0 << QList<int>{} << "mask" << -1 << 0;
-    QTest::newRow("a digit") << "1506" << int(Qt::Key_7) << 0 << QList<int>{55} << "mask" << 7 << 0;
+    QTest::newRow("Backspace") << "1506" << int(Qt::Key_Backspace) << 0 << "" << "mask" << 4 << 0;
+    QTest::newRow("Delete") << "1506" << int(Qt::Key_Delete) << 0 << "" << "mask" << -1 << 0;
+    QTest::newRow("a digit") << "1506" << int(Qt::Key_7) << 0 << "55" << "mask" << 7 << 0;
 }
 
 void tst_dtcontrol::keyRules()
@@ -248,11 +248,15 @@ void tst_dtcontrol::keyRules()
 
     QTest::keyClick(form.mask, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
     QTEST(form.focus(), "focus");
-    QTEST(form.raised, "raised");
+    QStringList raised;
+    for (int code : std::as_const(form.raised))
+        raised << QString::number(code);
+    QTEST(raised.join(QLatin1Char(',')), "raised");
     if (caret >= 0)
         QCOMPARE(form.mask->SelStart(), caret);
     QFETCH(int, reported);
-    QCOMPARE(this->reported, reported ? QList<int>{reported} : QList<int>{});
+    QCOMPARE(this->reported.size(), reported ? 1 : 0);
+    QCOMPARE(this->reported.value(0), reported);
     // Enter reaches the box (and its form) unless swallowed.
     QCOMPARE(returned, key == Qt::Key_Return || key == Qt::Key_Enter ? form.raised.value(0) != 0 : 0);
     QCOMPARE(form.validateRaised, 0);
