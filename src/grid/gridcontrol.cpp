@@ -89,9 +89,12 @@ gridcontrol::gridcontrol(QWidget *parent) : QWidget(parent)
 
 gridcontrol::~gridcontrol()
 {
-    // The children go away after this body, moving the focus: the focus tracking must not
-    // reach a half-destroyed control.
+    // The children go away after this body, moving the focus and raising their own signals:
+    // none of that may reach a half-destroyed control.
     disconnect(qApp, nullptr, this, nullptr);
+    flexgrid->disconnect(this);
+    TxtAdjust->disconnect(this);
+    TxtFind->disconnect(this);
 }
 
 qint32 gridcontrol::heightInTwips() const
