@@ -137,6 +137,7 @@ private:
     QVariant GetEditValue(qint16 iCol) const;
     void placeEditor();
     void showEditorForCurrentColumn();
+    bool commitCurrentCell();
     void selectEditorText();
     // Editor keys: the move table of KeyDown, the character filter of KeyPress.
     void TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift);

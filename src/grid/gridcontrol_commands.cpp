@@ -42,13 +42,8 @@ bool gridcontrol::lastRowValueBlank(int j) const
 
 void gridcontrol::addRow()
 {
-    flexgrid_LeaveCell();
-    if (bHoldCell) {
-        showEditorForCurrentColumn();
-        if (TxtAdjust->isVisible())
-            TxtAdjust->setFocus();
+    if (!commitCurrentCell())
         return;
-    }
     // A new row only goes below a row that holds data with every mandatory column filled.
     const int lastField = mDataArray.UBound(1);
     bool rowBlank = true;
@@ -98,13 +93,8 @@ void gridcontrol::deleteRow()
 
 void gridcontrol::CmdGridFind_Click()
 {
-    flexgrid_LeaveCell();
-    if (bHoldCell) {
-        showEditorForCurrentColumn();
-        if (TxtAdjust->isVisible())
-            TxtAdjust->setFocus();
+    if (!commitCurrentCell())
         return;
-    }
     TxtFind->setText(QString());
     TxtFind->setVisible(true);
     TxtFind->setFocus();

@@ -32,6 +32,19 @@ void gridcontrol::showEditorForCurrentColumn()
     TxtAdjust->setVisible(checkedAt(GridStructArray, flexgrid->Col(), "GridStructArray").ColEnable);
 }
 
+// Commits the current cell as leaving it does. When the value was refused the cell may not
+// be left: the editor opens on it again with the focus, and the result is false.
+bool gridcontrol::commitCurrentCell()
+{
+    flexgrid_LeaveCell();
+    if (!bHoldCell)
+        return true;
+    showEditorForCurrentColumn();
+    if (TxtAdjust->isVisible())
+        TxtAdjust->setFocus();
+    return false;
+}
+
 void gridcontrol::selectEditorText()
 {
     TxtAdjust->setSelection(0, int(TxtAdjust->text().size()));

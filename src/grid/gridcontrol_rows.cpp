@@ -40,14 +40,8 @@ bool gridcontrol::SaveLastCol()
 {
     bool result = false;
     try {
-        flexgrid_LeaveCell();
-        if (bHoldCell) {
-            // The value was refused: the cell may not be left.
-            showEditorForCurrentColumn();
-            if (TxtAdjust->isVisible())
-                TxtAdjust->setFocus();
+        if (!commitCurrentCell())
             return false;
-        }
         result = true;
         // A trailing row whose every value reads "" is not saved: drop it from the store (the
         // grid view keeps it on screen).
