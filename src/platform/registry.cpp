@@ -11,7 +11,8 @@ QString localeDateSeparator(const QLocale &locale)
 {
     const QString format = locale.dateFormat(QLocale::ShortFormat);
     for (const QChar c : format) {
-        if (!c.isLetter() && c != QLatin1Char('\''))
+        // Blanks only space out a month name ("d MMM yyyy"): they separate no numbers.
+        if (!c.isLetter() && !c.isSpace() && c != QLatin1Char('\''))
             return QString(c);
     }
     return QStringLiteral("/");

@@ -31,6 +31,7 @@ void tst_registry::setReadDelete()
     const QString written = QStringLiteral("Control Panel\\International");
     const QString read = QStringLiteral("\\CONTROL PANEL\\international");
     QCOMPARE(GetRegValue(HKEY_CURRENT_USER, read, QStringLiteral("SDATE")), QStringLiteral(".")); // the locale's
+    QCOMPARE(localeDateSeparator(QLocale::c()), QStringLiteral("/")); // "d MMM yyyy" has none
     QCOMPARE(GetRegValue(HKEY_CURRENT_USER, read, QStringLiteral("sTime")), QString()); // only sDate has one
 
     SetRegValue(HKEY_CURRENT_USER, written, QStringLiteral("sDate"), QStringLiteral("-"));
