@@ -39,6 +39,9 @@
 #include <stdexcept>
 
 using namespace PanelKestrin;
+using BenchSupport::BenchFailure;
+using BenchSupport::elapsedMs;
+using BenchSupport::require;
 
 namespace {
 
@@ -56,22 +59,6 @@ constexpr int kGridWidthTwips = 9600;
 constexpr int kGridHeightTwips = 3600;
 const char *const kCaptions = "Id,Name,Price,Due,Qty,Active,Ratio,Note";
 const char *const kSelect = "SELECT * FROM bench";
-
-// A failed check of what a measured step produced: the figures would mean nothing.
-struct BenchFailure : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-void require(bool condition, const QString &what)
-{
-    if (!condition)
-        throw BenchFailure(what.toStdString());
-}
-
-double elapsedMs(const QElapsedTimer &timer)
-{
-    return timer.nsecsElapsed() / 1e6;
-}
 
 // A temporary SQLite file holding the bench table, and a connection to it.
 struct BenchTable {

@@ -35,6 +35,9 @@
 #include <stdexcept>
 
 using namespace PanelKestrin;
+using BenchSupport::BenchFailure;
+using BenchSupport::elapsedMs;
+using BenchSupport::require;
 
 namespace {
 
@@ -51,25 +54,10 @@ const char *const kCaptions = "Id,Code,Customer,Qty,Price,Ordered,City,Amount,Du
 const char *const kKeys[2] = {"ZZLAST", "zzlas"};
 const char *const kLastRemark = "ZZLAST ORDER OF THE YEAR";
 
-struct BenchFailure : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-void require(bool condition, const QString &what)
-{
-    if (!condition)
-        throw BenchFailure(what.toStdString());
-}
-
 void requireSqlite(int rc, sqlite3 *db, const char *what)
 {
     if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
         throw BenchFailure(std::string(what) + ": " + sqlite3_errmsg(db));
-}
-
-double elapsedMs(const QElapsedTimer &timer)
-{
-    return timer.nsecsElapsed() / 1e6;
 }
 
 // The table searched: texts, integers, decimals and dates, with some missing due dates. No text

@@ -1,12 +1,15 @@
 #pragma once
 
 // What the benchmarks share: the table they read, the raw reading loop they compare against,
-// and best-of-N timing.
+// best-of-N timing, and the failure a benchmark raises when a measured step went wrong.
 
 #include <QByteArray>
+#include <QElapsedTimer>
+#include <QString>
 #include <QtGlobal>
 
 #include <functional>
+#include <stdexcept>
 
 struct sqlite3;
 
@@ -23,5 +26,21 @@ qsizetype rawRead(sqlite3 *db);
 
 // The shortest of runs runs of work, in milliseconds.
 double bestOfMs(int runs, const std::function<void()> &work);
+
+// A failed check of what a measured step produced: the figures would mean nothing.
+struct BenchFailure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+inline void require(bool condition, const QString &what)
+{
+    if (!condition)
+        throw BenchFailure(what.toStdString());
+}
+
+inline double elapsedMs(const QElapsedTimer &timer)
+{
+    return double(timer.nsecsElapsed()) / 1e6;
+}
 
 } // namespace BenchSupport
