@@ -23,13 +23,7 @@ CustomerBrowseForm::CustomerBrowseForm(Connection &connection, QWidget *parent)
     m_toolbar = new UserControl1(this);
     m_fields = new CustomerFields(this);
     m_position = new QLabel(this);
-    m_find = new QLineEdit(this);
-    m_find->setPlaceholderText(tr("code or start of the name, then Find"));
-    auto *findLabel = new QLabel(tr("Loo&k for:"), this);
-    findLabel->setBuddy(m_find);
-    auto *findRow = new QHBoxLayout;
-    findRow->addWidget(findLabel);
-    findRow->addWidget(m_find, 1);
+    QHBoxLayout *findRow = CustomerFields::findRow(this, m_find);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_toolbar);
     layout->addWidget(m_position);

@@ -14,6 +14,8 @@
 #include <QCheckBox>
 #include <QDoubleValidator>
 #include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QSpinBox>
@@ -261,4 +263,16 @@ void CustomerFields::setReportParameters(ToolbarBase &toolbar, Recordset &rs, Co
         toolbar.setSelectionCriteria(criteria);
         toolbar.setSelectionField(QStringLiteral("city"));
     }
+}
+
+QHBoxLayout *CustomerFields::findRow(QWidget *form, QLineEdit *&find)
+{
+    find = new QLineEdit(form);
+    find->setPlaceholderText(tr("code or start of the name, then Find"));
+    auto *label = new QLabel(tr("Loo&k for:"), form);
+    label->setBuddy(find);
+    auto *row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(find, 1);
+    return row;
 }

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QCheckBox;
+class QHBoxLayout;
 class QLineEdit;
 class QSpinBox;
 namespace PanelKestrin {
@@ -21,6 +22,8 @@ class CustomerFields : public QWidget
 public:
     // The columns the forms select, in the order showRecord reads them.
     static QString selectList();
+    // The "Look for" row both customer forms show under the fields; find is its line edit.
+    static QHBoxLayout *findRow(QWidget *form, QLineEdit *&find);
 
     explicit CustomerFields(QWidget *parent = nullptr);
 

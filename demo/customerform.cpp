@@ -24,14 +24,7 @@ CustomerForm::CustomerForm(Connection &connection, QWidget *parent)
     m_toolbar = new TrnControl(this);
     m_list = new QListWidget(this);
     m_fields = new CustomerFields(this);
-    m_find = new QLineEdit(this);
-    m_find->setPlaceholderText(tr("code or start of the name, then Find"));
-    auto *findLabel = new QLabel(tr("Loo&k for:"), this);
-    findLabel->setBuddy(m_find);
-
-    auto *findRow = new QHBoxLayout;
-    findRow->addWidget(findLabel);
-    findRow->addWidget(m_find, 1);
+    QHBoxLayout *findRow = CustomerFields::findRow(this, m_find);
     auto *right = new QVBoxLayout;
     right->addWidget(m_fields);
     right->addLayout(findRow);
