@@ -1,0 +1,2 @@
+// A data header over shared/: allowed.
+#include "shared/helper_p.h"

@@ -1,0 +1,2 @@
+// A private header of shared/ that reaches up into data/: the layer check must refuse it.
+#include "data/store_p.h"
