@@ -52,84 +52,124 @@ QRect arrowRect(const DTPicker *picker, const QSize &size)
 
 } // namespace
 
-DTControl::DTControl(QWidget *parent) : QWidget(parent)
+// The control's parts and state: the frame, the mask and the calendar, the user's separator and
+// the day/month order, and the checks that read them.
+class DTControlPrivate
 {
-    fraDate = new QFrame(this);
+public:
+    explicit DTControlPrivate(DTControl *control) : q(control) {}
+
+    void MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift);
+    void DTPicker1_DatePicked(const QDate &date);
+    void UserControl_ExitFocus();
+    void focusChanged(QWidget *old, QWidget *now);
+    void placeParts();
+    void followMask();
+
+    bool dayFirst() const;
+    // The date the mask's digits spell in the order in force; invalid when they spell none.
+    QDate spelledDate() const;
+    // The date a complete mask spells; RuntimeError 5 when it spells none.
+    QDate maskDate() const;
+    bool outOfRange(const QDate &date) const;
+    // The mask's text for a date, and the blank text.
+    QString maskText(const QDate &date) const;
+    QString blankText() const;
+
+    DTControl *const q;
+    QFrame *fraDate = nullptr;
+    MaskEdBox *MaskEdBox1 = nullptr;
+    DTPicker *DTPicker1 = nullptr;
+    QMetaObject::Connection m_focusWatch;
+
+    // The user's date separator.
+    QString sDateSep;
+    // The day/month order in force, upper case.
+    QString mDateFormat;
+};
+
+DTControl::DTControl(QWidget *parent) : QWidget(parent), d(std::make_unique<DTControlPrivate>(this))
+{
+    auto *fraDate = d->fraDate = new QFrame(this);
     fraDate->setObjectName(QStringLiteral("fraDate"));
     fraDate->setFrameShape(QFrame::NoFrame);
 
     // The calendar lies under the mask, which leaves only its drop-down button uncovered.
-    DTPicker1 = new DTPicker(fraDate);
+    auto *DTPicker1 = d->DTPicker1 = new DTPicker(fraDate);
     DTPicker1->setObjectName(QStringLiteral("DTPicker1"));
     DTPicker1->setToolTip(tr("Select Date from Calendar."));
     DTPicker1->setFocusPolicy(Qt::NoFocus);
     if (QLineEdit *pickerText = DTPicker1->findChild<QLineEdit *>())
         pickerText->setFocusPolicy(Qt::NoFocus);
 
-    MaskEdBox1 = new MaskEdBox(fraDate);
+    auto *MaskEdBox1 = d->MaskEdBox1 = new MaskEdBox(fraDate);
     MaskEdBox1->setObjectName(QStringLiteral("MaskEdBox1"));
     MaskEdBox1->raise();
     setFocusProxy(MaskEdBox1);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
-    sDateSep = userDateSeparator();
-    MaskEdBox1->setMask(QStringLiteral("##") + sDateSep + QStringLiteral("##") + sDateSep + QStringLiteral("####"));
-    mDateFormat = kDayFirst;
+    d->sDateSep = userDateSeparator();
+    MaskEdBox1->setMask(QStringLiteral("##") + d->sDateSep + QStringLiteral("##") + d->sDateSep + QStringLiteral("####"));
+    d->mDateFormat = kDayFirst;
 
-    connect(MaskEdBox1, &MaskEdBox::KeyDown, this, [this](qint16 &KeyCode, qint16 &Shift) {
+    DTControlPrivate *const p = d.get();
+    connect(MaskEdBox1, &MaskEdBox::KeyDown, this, [p](qint16 &KeyCode, qint16 &Shift) {
         // A key whose rules failed is swallowed, so that it does not act on a date it could not check.
-        if (!guardEvent(QStringLiteral("DTControl.MaskEdBox1_KeyDown"), [&] { MaskEdBox1_KeyDown(KeyCode, Shift); }))
+        if (!guardEvent(QStringLiteral("DTControl.MaskEdBox1_KeyDown"), [&] { p->MaskEdBox1_KeyDown(KeyCode, Shift); }))
             KeyCode = 0;
     });
-    connect(MaskEdBox1, &QLineEdit::textChanged, this, [this] { followMask(); });
-    connect(DTPicker1, &DTPicker::DatePicked, this, [this](const QDate &date) {
-        guardEvent(QStringLiteral("DTControl.DTPicker1_DatePicked"), [&] { DTPicker1_DatePicked(date); });
+    connect(MaskEdBox1, &QLineEdit::textChanged, this, [p] { p->followMask(); });
+    connect(DTPicker1, &DTPicker::DatePicked, this, [p](const QDate &date) {
+        guardEvent(QStringLiteral("DTControl.DTPicker1_DatePicked"), [&] { p->DTPicker1_DatePicked(date); });
     });
-    m_focusWatch = connect(qApp, &QApplication::focusChanged, this, &DTControl::focusChanged);
-    placeParts();
+    d->m_focusWatch = connect(qApp, &QApplication::focusChanged, this,
+                              [p](QWidget *old, QWidget *now) { p->focusChanged(old, now); });
+    d->placeParts();
 }
 
 DTControl::~DTControl()
 {
     // The parts are destroyed after this object stops being a DTControl and may hand the focus
-    // on as they go: no check may run then.
-    disconnect(m_focusWatch);
+    // on as they go: no check may run then. They go now, while the state they are wired to is
+    // still here.
+    disconnect(d->m_focusWatch);
+    delete d->fraDate;
 }
 
 void DTControl::setdDateFormat(const QString &dDateFormat)
 {
-    mDateFormat = dDateFormat.isEmpty() ? kDayFirst : UCase(dDateFormat);
+    d->mDateFormat = dDateFormat.isEmpty() ? kDayFirst : UCase(dDateFormat);
 }
 
 void DTControl::setMaxdate(const QDate &Maxdate)
 {
-    DTPicker1->setMaxDate(Maxdate);
+    d->DTPicker1->setMaxDate(Maxdate);
 }
 
 void DTControl::setMindate(const QDate &Mindate)
 {
-    DTPicker1->setMinDate(Mindate);
+    d->DTPicker1->setMinDate(Mindate);
 }
 
-bool DTControl::dayFirst() const
+bool DTControlPrivate::dayFirst() const
 {
     return mDateFormat == kDayFirst;
 }
 
-QString DTControl::maskText(const QDate &date) const
+QString DTControlPrivate::maskText(const QDate &date) const
 {
     const QString first = twoDigits(dayFirst() ? date.day() : date.month());
     const QString second = twoDigits(dayFirst() ? date.month() : date.day());
     return first + sDateSep + second + sDateSep + QStringLiteral("%1").arg(date.year(), 4, 10, QLatin1Char('0'));
 }
 
-QString DTControl::blankText() const
+QString DTControlPrivate::blankText() const
 {
     const QString two(2, QChar(MaskEdBox::PromptChar));
     return two + sDateSep + two + sDateSep + QString(4, QChar(MaskEdBox::PromptChar));
 }
 
-QDate DTControl::spelledDate() const
+QDate DTControlPrivate::spelledDate() const
 {
     const QString digits = MaskEdBox1->ClipText();
     const int first = digits.mid(0, 2).toInt();
@@ -138,34 +178,34 @@ QDate DTControl::spelledDate() const
     return dayFirst() ? QDate(year, second, first) : QDate(year, first, second);
 }
 
-QDate DTControl::maskDate() const
+QDate DTControlPrivate::maskDate() const
 {
     const QDate date = spelledDate();
     if (!date.isValid()) {
         throw RuntimeError(ErrInvalidProcedureCall,
                            RuntimeError::standardDescription(ErrInvalidProcedureCall) + QStringLiteral(": ")
-                               + tr("%1 is not a date").arg(MaskEdBox1->Text()),
+                               + DTControl::tr("%1 is not a date").arg(MaskEdBox1->Text()),
                            QStringLiteral("DTControl"));
     }
     return date;
 }
 
-bool DTControl::outOfRange(const QDate &date) const
+bool DTControlPrivate::outOfRange(const QDate &date) const
 {
     return DTPicker1->MinDate() > date || DTPicker1->MaxDate() < date;
 }
 
 QDate DTControl::value() const
 {
-    if (MaskEdBox1->ClipText().size() == 8)
-        return maskDate();
+    if (d->MaskEdBox1->ClipText().size() == 8)
+        return d->maskDate();
     return QDate(1899, 12, 30);
 }
 
 void DTControl::setvalue(const QDate &value)
 {
     if (!value.isValid() || value == QDate(1899, 12, 30)) {
-        MaskEdBox1->setText(blankText());
+        d->MaskEdBox1->setText(d->blankText());
         return;
     }
     if (value.year() < 1 || value.year() > 9999) {
@@ -174,7 +214,7 @@ void DTControl::setvalue(const QDate &value)
                                + tr("the mask shows years 1 to 9999, not %1").arg(value.year()),
                            QStringLiteral("DTControl"));
     }
-    MaskEdBox1->setText(maskText(value));
+    d->MaskEdBox1->setText(d->maskText(value));
 }
 
 QVariant DTControl::SetDateFormat(const QVariant &sDateFormat)
@@ -183,7 +223,7 @@ QVariant DTControl::SetDateFormat(const QVariant &sDateFormat)
     const QString f = Trim(given);
     for (const char *accepted : {"dd/mm/yyyy", "mm/dd/yyyy", "DD/MM/YYYY", "MM/DD/YYYY"}) {
         if (f == QLatin1String(accepted)) {
-            DTPicker1->setCustomFormat(given);
+            d->DTPicker1->setCustomFormat(given);
             return QVariant();
         }
     }
@@ -193,14 +233,14 @@ QVariant DTControl::SetDateFormat(const QVariant &sDateFormat)
 
 bool DTControl::ValidDaysOfMonth()
 {
-    const QString clip = MaskEdBox1->ClipText();
+    const QString clip = d->MaskEdBox1->ClipText();
     if (Trim(clip).isEmpty())
         return true;
     const double first = Val(Mid(clip, 1, 2));
     const double second = Val(Mid(clip, 3, 2));
     const double year = Val(Mid(clip, 5, 4));
-    const double day = dayFirst() ? first : second;
-    const double month = dayFirst() ? second : first;
+    const double day = d->dayFirst() ? first : second;
+    const double month = d->dayFirst() ? second : first;
 
     int errorAt = -1;
     if (month < 1 || month > 12) {
@@ -216,16 +256,16 @@ bool DTControl::ValidDaysOfMonth()
     }
     if (errorAt < 0)
         return true;
-    MaskEdBox1->setSelStart(errorAt);
+    d->MaskEdBox1->setSelStart(errorAt);
     return false;
 }
 
-void DTControl::MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift)
+void DTControlPrivate::MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift)
 {
     if (KeyCode == vbKeyBack || KeyCode == vbKeyDelete)
         return;
     if (KeyCode == vbKeyReturn || KeyCode == vbKeyDown || KeyCode == vbKeyUp || KeyCode == vbKeyTab) {
-        if (!ValidDaysOfMonth())
+        if (!q->ValidDaysOfMonth())
             return;
         const bool beyond = Trim(MaskEdBox1->ClipText()).size() == 8 && outOfRange(maskDate());
         if (beyond) {
@@ -237,17 +277,17 @@ void DTControl::MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift)
             SendKeys(QStringLiteral("{Tab}"));
         }
     }
-    emit MaskKeyDown(KeyCode, Shift);
+    emit q->MaskKeyDown(KeyCode, Shift);
 }
 
-void DTControl::DTPicker1_DatePicked(const QDate &date)
+void DTControlPrivate::DTPicker1_DatePicked(const QDate &date)
 {
     MaskEdBox1->setText(maskText(date));
     MaskEdBox1->SetFocus();
 }
 
 // The picker opens on the date typed, once there is one it can show.
-void DTControl::followMask()
+void DTControlPrivate::followMask()
 {
     if (MaskEdBox1->ClipText().size() != 8)
         return;
@@ -256,20 +296,20 @@ void DTControl::followMask()
         DTPicker1->setDate(date);
 }
 
-void DTControl::focusChanged(QWidget *old, QWidget *now)
+void DTControlPrivate::focusChanged(QWidget *old, QWidget *now)
 {
     // Only a move to another control of the same form leaves the control: a calendar pop-up,
     // a message box or another application taking the focus does not.
-    if (!old || !now || now->window() != window())
+    if (!old || !now || now->window() != q->window())
         return;
     // Nor is the focus held in a mask that cannot take it back.
     if (!MaskEdBox1->isVisible() || !MaskEdBox1->isEnabled())
         return;
-    if (isAncestorOf(old) && !isAncestorOf(now))
+    if (q->isAncestorOf(old) && !q->isAncestorOf(now))
         guardEvent(QStringLiteral("DTControl.UserControl_ExitFocus"), [this] { UserControl_ExitFocus(); });
 }
 
-void DTControl::UserControl_ExitFocus()
+void DTControlPrivate::UserControl_ExitFocus()
 {
     try {
         const QString clip = MaskEdBox1->ClipText();
@@ -277,7 +317,7 @@ void DTControl::UserControl_ExitFocus()
             return;
         if (clip.size() == 8 && outOfRange(maskDate()))
             MaskEdBox1->SetFocus();
-        if (!ValidDaysOfMonth()) {
+        if (!q->ValidDaysOfMonth()) {
             MaskEdBox1->SetFocus();
             return;
         }
@@ -297,28 +337,28 @@ void DTControl::UserControl_ExitFocus()
     }
 }
 
-void DTControl::placeParts()
+void DTControlPrivate::placeParts()
 {
-    fraDate->setGeometry(rect());
+    fraDate->setGeometry(q->rect());
     DTPicker1->setGeometry(fraDate->rect());
-    MaskEdBox1->setGeometry(0, 0, qMax(0, arrowRect(DTPicker1, size()).left()), fraDate->height());
+    MaskEdBox1->setGeometry(0, 0, qMax(0, arrowRect(DTPicker1, q->size()).left()), fraDate->height());
 }
 
 void DTControl::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    placeParts();
+    d->placeParts();
 }
 
 QSize DTControl::sizeHint() const
 {
     // Room for the mask's text in digits, a margin, and the calendar's button.
-    const QFontMetrics metrics = MaskEdBox1->fontMetrics();
-    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, MaskEdBox1);
-    const int text = metrics.horizontalAdvance(QString(MaskEdBox1->Mask().size() + 1, QLatin1Char('0')));
-    const QSize picker = DTPicker1->sizeHint();
-    const QRect arrow = arrowRect(DTPicker1, picker);
-    const int height = qMax(MaskEdBox1->sizeHint().height(), picker.height());
+    const QFontMetrics metrics = d->MaskEdBox1->fontMetrics();
+    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, d->MaskEdBox1);
+    const int text = metrics.horizontalAdvance(QString(d->MaskEdBox1->Mask().size() + 1, QLatin1Char('0')));
+    const QSize picker = d->DTPicker1->sizeHint();
+    const QRect arrow = arrowRect(d->DTPicker1, picker);
+    const int height = qMax(d->MaskEdBox1->sizeHint().height(), picker.height());
     return QSize(text + 2 * frame + 8 + (picker.width() - arrow.left()), height);
 }
 

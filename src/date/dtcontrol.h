@@ -3,17 +3,15 @@
 #include <PanelKestrin/panelkestrin_export.h>
 
 #include <QDate>
-#include <QMetaObject>
 #include <QString>
 #include <QVariant>
 #include <QWidget>
 
-class QFrame;
+#include <memory>
 
 namespace PanelKestrin {
 
-class DTPicker;
-class MaskEdBox;
+class DTControlPrivate;
 
 // A date entry box: the masked edit box MaskEdBox1, into which the user types a date digit by
 // digit, with the drop-down calendar DTPicker1 beside it ("Select Date from Calendar."), both
@@ -81,32 +79,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void MaskEdBox1_KeyDown(qint16 &KeyCode, qint16 &Shift);
-    void DTPicker1_DatePicked(const QDate &date);
-    void UserControl_ExitFocus();
-    void focusChanged(QWidget *old, QWidget *now);
-    void placeParts();
-    void followMask();
-
-    bool dayFirst() const;
-    // The date the mask's digits spell in the order in force; invalid when they spell none.
-    QDate spelledDate() const;
-    // The date a complete mask spells; RuntimeError 5 when it spells none.
-    QDate maskDate() const;
-    bool outOfRange(const QDate &date) const;
-    // The mask's text for a date, and the blank text.
-    QString maskText(const QDate &date) const;
-    QString blankText() const;
-
-    QFrame *fraDate;
-    MaskEdBox *MaskEdBox1;
-    DTPicker *DTPicker1;
-    QMetaObject::Connection m_focusWatch;
-
-    // The user's date separator.
-    QString sDateSep;
-    // The day/month order in force, upper case.
-    QString mDateFormat;
+    friend class DTControlPrivate;
+    std::unique_ptr<DTControlPrivate> const d;
 };
 
 } // namespace PanelKestrin

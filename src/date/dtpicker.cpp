@@ -32,7 +32,14 @@ QString displayFormatFor(const QString &pattern)
 
 } // namespace
 
-DTPicker::DTPicker(QWidget *parent) : QDateEdit(parent)
+class DTPickerPrivate
+{
+public:
+    // The pattern as the host gave it (the box shows its date-only reading).
+    QString m_customFormat;
+};
+
+DTPicker::DTPicker(QWidget *parent) : QDateEdit(parent), d(std::make_unique<DTPickerPrivate>())
 {
     setCalendarPopup(true);
     setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
@@ -56,9 +63,16 @@ void DTPicker::setMaxDate(const QDate &MaxDate)
         setMaximumDate(MaxDate);
 }
 
+DTPicker::~DTPicker() = default;
+
+QString DTPicker::CustomFormat() const
+{
+    return d->m_customFormat;
+}
+
 void DTPicker::setCustomFormat(const QString &CustomFormat)
 {
-    m_customFormat = CustomFormat;
+    d->m_customFormat = CustomFormat;
     setDisplayFormat(displayFormatFor(CustomFormat));
 }
 

@@ -6,7 +6,11 @@
 #include <QDateEdit>
 #include <QString>
 
+#include <memory>
+
 namespace PanelKestrin {
+
+class DTPickerPrivate;
 
 // A date picker: a date box with a drop-down calendar. MinDate and MaxDate bound the dates the
 // calendar offers (1 January 1601 to 31 December 9999 unless set); CustomFormat is the pattern
@@ -21,6 +25,7 @@ class PANELKESTRIN_EXPORT DTPicker : public QDateEdit
 
 public:
     explicit DTPicker(QWidget *parent = nullptr);
+    ~DTPicker() override;
 
     // Setting one bound past the other moves the other along; an invalid date changes nothing.
     QDate MinDate() const { return minimumDate(); }
@@ -32,14 +37,14 @@ public:
     // whatever their case: "d" the day, "m" the month, "y" the year ("dd/mm/yyyy" shows
     // 25/12/2005); any other letter is shown as it is. An empty pattern shows the user's short
     // date format.
-    QString CustomFormat() const { return m_customFormat; }
+    QString CustomFormat() const;
     void setCustomFormat(const QString &CustomFormat);
 
 Q_SIGNALS:
     void DatePicked(const QDate &date);
 
 private:
-    QString m_customFormat;
+    std::unique_ptr<DTPickerPrivate> const d;
 };
 
 } // namespace PanelKestrin

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QVector>
 #include <algorithm>
 
 namespace PanelKestrin {
@@ -22,7 +23,31 @@ namespace {
 
 } // namespace
 
-MaskEdBox::MaskEdBox(QWidget *parent) : QLineEdit(parent) {}
+// The mask as given and, position by position, what it takes there.
+class MaskEdBoxPrivate
+{
+public:
+    // One position of the mask: a digit position or a literal character.
+    struct Position
+    {
+        bool digit;
+        QChar literal;
+    };
+
+    bool fitsMask(const QString &text) const;
+
+    QString m_mask;
+    QVector<Position> m_positions;
+};
+
+MaskEdBox::MaskEdBox(QWidget *parent) : QLineEdit(parent), d(std::make_unique<MaskEdBoxPrivate>()) {}
+
+MaskEdBox::~MaskEdBox() = default;
+
+QString MaskEdBox::Mask() const
+{
+    return d->m_mask;
+}
 
 void MaskEdBox::setMask(const QString &Mask)
 {
@@ -31,7 +56,7 @@ void MaskEdBox::setMask(const QString &Mask)
     // The line edit's own input mask does the editing: "9" is an optional digit there, and a
     // character after "\" is a literal whatever it is, so the mask's literals need no other care.
     QString inputMask;
-    QVector<Position> positions;
+    QVector<MaskEdBoxPrivate::Position> positions;
     for (const QChar c : Mask) {
         const bool digit = c == QLatin1Char('#');
         positions.append({digit, digit ? QChar() : c});
@@ -42,8 +67,8 @@ void MaskEdBox::setMask(const QString &Mask)
     }
     if (!inputMask.isEmpty())
         inputMask += QLatin1Char(';') + QString(QChar(PromptChar));
-    m_mask = Mask;
-    m_positions = positions;
+    d->m_mask = Mask;
+    d->m_positions = positions;
     QLineEdit::setInputMask(inputMask);
     QLineEdit::setText(QString());
     setCursorPosition(0);
@@ -51,17 +76,17 @@ void MaskEdBox::setMask(const QString &Mask)
 
 QString MaskEdBox::Text() const
 {
-    return m_positions.isEmpty() ? text() : displayText();
+    return d->m_positions.isEmpty() ? text() : displayText();
 }
 
-bool MaskEdBox::fitsMask(const QString &text) const
+bool MaskEdBoxPrivate::fitsMask(const QString &text) const
 {
     if (text.size() != m_positions.size())
         return false;
     for (int i = 0; i < text.size(); ++i) {
         const Position &p = m_positions.at(i);
         const QChar c = text.at(i);
-        if (p.digit ? !(c.isDigit() && c.unicode() < 128) && c != QChar(PromptChar) : c != p.literal)
+        if (p.digit ? !(c.isDigit() && c.unicode() < 128) && c != QChar(MaskEdBox::PromptChar) : c != p.literal)
             return false;
     }
     return true;
@@ -69,11 +94,11 @@ bool MaskEdBox::fitsMask(const QString &text) const
 
 void MaskEdBox::setText(const QString &Text)
 {
-    if (m_positions.isEmpty()) {
+    if (d->m_positions.isEmpty()) {
         QLineEdit::setText(Text);
         return;
     }
-    if (!Text.isEmpty() && !fitsMask(Text))
+    if (!Text.isEmpty() && !d->fitsMask(Text))
         invalidValue("\"%1\" does not fit the mask", Text);
     // The line edit closes up gaps in a text it is given ("1_/05" would become "10/5_"), so a
     // text with gaps is typed into place digit by digit, and told as one change.
@@ -86,7 +111,7 @@ void MaskEdBox::setText(const QString &Text)
             const QSignalBlocker quiet(this);
             QLineEdit::setText(QString());
             for (int i = 0; i < Text.size(); ++i) {
-                if (m_positions.at(i).digit && Text.at(i) != QChar(PromptChar)) {
+                if (d->m_positions.at(i).digit && Text.at(i) != QChar(PromptChar)) {
                     setSelection(i, 1);
                     insert(Text.at(i));
                 }
@@ -100,12 +125,12 @@ void MaskEdBox::setText(const QString &Text)
 
 QString MaskEdBox::ClipText() const
 {
-    if (m_positions.isEmpty())
+    if (d->m_positions.isEmpty())
         return text();
     const QString shown = displayText();
     QString typed;
-    for (int i = 0; i < shown.size() && i < m_positions.size(); ++i) {
-        if (m_positions.at(i).digit && shown.at(i) != QChar(PromptChar))
+    for (int i = 0; i < shown.size() && i < d->m_positions.size(); ++i) {
+        if (d->m_positions.at(i).digit && shown.at(i) != QChar(PromptChar))
             typed += shown.at(i);
     }
     return typed;
@@ -137,7 +162,7 @@ bool MaskEdBox::event(QEvent *event)
         // and leave a gap behind.
         const QString typed = key->text();
         const bool plain = !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-        if (!m_positions.isEmpty() && plain && typed.size() == 1 && typed.at(0).isPrint()
+        if (!d->m_positions.isEmpty() && plain && typed.size() == 1 && typed.at(0).isPrint()
             && !(typed.at(0).isDigit() && typed.at(0).unicode() < 128)) {
             event->accept();
             return true;

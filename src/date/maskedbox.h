@@ -4,9 +4,12 @@
 
 #include <QLineEdit>
 #include <QString>
-#include <QVector>
+
+#include <memory>
 
 namespace PanelKestrin {
+
+class MaskEdBoxPrivate;
 
 // A masked edit box: a line edit whose text always has the shape of its Mask. In the mask "#"
 // stands for one digit and every other character is a literal shown as it is, so "##/##/####"
@@ -28,8 +31,9 @@ class PANELKESTRIN_EXPORT MaskEdBox : public QLineEdit
 
 public:
     explicit MaskEdBox(QWidget *parent = nullptr);
+    ~MaskEdBox() override;
 
-    QString Mask() const { return m_mask; }
+    QString Mask() const;
     // Sets the mask, blanks the text and puts the caret at the start. An empty mask makes a plain edit box. The character
     // ";" cannot stand in a mask: such a mask raises RuntimeError 380.
     void setMask(const QString &Mask);
@@ -62,17 +66,8 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    // One position of the mask: a digit position or a literal character.
-    struct Position
-    {
-        bool digit;
-        QChar literal;
-    };
-
-    bool fitsMask(const QString &text) const;
-
-    QString m_mask;
-    QVector<Position> m_positions;
+    friend class MaskEdBoxPrivate;
+    std::unique_ptr<MaskEdBoxPrivate> const d;
 };
 
 } // namespace PanelKestrin
