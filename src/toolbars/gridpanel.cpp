@@ -8,6 +8,7 @@
 #include "toolbars/toolbarbutton_p.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 namespace PanelKestrin {
 
@@ -29,46 +30,57 @@ const ToolbarButton kButtons[] = {
 
 } // namespace
 
+// The grid the paging and Save buttons drive.
+class GridPanelPrivate
+{
+public:
+    // The grid; raises RuntimeError 91 (from source) when none is set or it is gone.
+    gridcontrol *grid(const QString &source) const
+    {
+        if (!UserGridName)
+            throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
+                                                    + QStringLiteral(": UserGridName"),
+                               source);
+        return UserGridName;
+    }
+
+    QPointer<gridcontrol> UserGridName;
+};
+
 GridPanel::GridPanel(QWidget *parent)
-    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent)
+    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent),
+      d(std::make_unique<GridPanelPrivate>())
 {
 }
+
+GridPanel::~GridPanel() = default;
 
 void GridPanel::setUserGridName(gridcontrol *UserGridName)
 {
-    this->UserGridName = UserGridName;
-}
-
-gridcontrol *GridPanel::grid() const
-{
-    if (!UserGridName)
-        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
-                                                + QStringLiteral(": UserGridName"),
-                           errorSource());
-    return UserGridName;
+    d->UserGridName = UserGridName;
 }
 
 void GridPanel::Command1_Click(qint16 Index)
 {
     switch (Index) {
     case btntop:
-        grid()->TopRow();
+        d->grid(errorSource())->TopRow();
         break;
     case btnprev:
-        grid()->Prevpage();
+        d->grid(errorSource())->Prevpage();
         break;
     case btnnext:
-        grid()->Nextpage();
+        d->grid(errorSource())->Nextpage();
         break;
     case btnlast:
-        grid()->LastRow();
+        d->grid(errorSource())->LastRow();
         break;
     case btnedit:
         SetButtonStates(true, {btnsave, btnundo});
         emit editclick();
         break;
     case btnsave:
-        if (!grid()->SaveLastCol())
+        if (!d->grid(errorSource())->SaveLastCol())
             return; // the grid kept its pending edit: stay in grid edit mode
         emit saveclick();
         SetButtonStates(false, {btnsave, btnundo});

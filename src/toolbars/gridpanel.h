@@ -3,11 +3,12 @@
 #include <PanelKestrin/panelkestrin_export.h>
 #include <PanelKestrin/toolbarbase.h>
 
-#include <QPointer>
+#include <memory>
 
 namespace PanelKestrin {
 
 class gridcontrol;
+class GridPanelPrivate;
 
 // The grid page toolbar, placed beside an editable grid: First, Prev, Next and Last page the
 // grid given in UserGridName; Edit, Save and Undo run a whole-grid edit cycle whose values the
@@ -37,6 +38,7 @@ public:
     Q_ENUM(Gridpanelbtn)
 
     explicit GridPanel(QWidget *parent = nullptr);
+    ~GridPanel() override;
 
     // The grid the buttons drive (write-only, not owned).
     Q_INVOKABLE void setUserGridName(PanelKestrin::gridcontrol *UserGridName);
@@ -53,9 +55,7 @@ Q_SIGNALS:
     void printclick();
 
 private:
-    gridcontrol *grid() const;
-
-    QPointer<gridcontrol> UserGridName;
+    std::unique_ptr<GridPanelPrivate> const d;
 };
 
 } // namespace PanelKestrin

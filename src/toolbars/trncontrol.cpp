@@ -27,19 +27,37 @@ const ToolbarButton kButtons[] = {
 
 } // namespace
 
+// The toolbar's three modes and what a click remembers for the next one.
+class TrnControlPrivate
+{
+public:
+    explicit TrnControlPrivate(TrnControl *toolbar) : q(toolbar) {}
+
+    void setEditMode() { q->SetButtonStates(true, {TrnControl::btnsave, TrnControl::btnundo}); }
+    void setBrowseMode() { q->SetButtonStates(false, {TrnControl::btnsave, TrnControl::btnundo}); }
+    void setEmptyMode() { q->SetButtonStates(true, {TrnControl::btnadd, TrnControl::btnquit}); }
+
+    TrnControl *const q;
+    // Save ends an Add rather than an Edit.
+    bool m_addMode = false;
+    // The host's answer to DeleteAllowed.
+    bool m_deleteCancel = false;
+    // The host form's answer to "Validatefields".
+    bool m_saveValid = false;
+};
+
 TrnControl::TrnControl(QWidget *parent)
-    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent)
+    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent),
+      d(std::make_unique<TrnControlPrivate>(this))
 {
 }
+
+TrnControl::~TrnControl() = default;
 
 void TrnControl::setReportToPrint(const QString &ReportToPrint)
 {
     storeReportToPrint(ReportToPrint);
 }
-
-void TrnControl::setEditMode() { SetButtonStates(true, {btnsave, btnundo}); }
-void TrnControl::setBrowseMode() { SetButtonStates(false, {btnsave, btnundo}); }
-void TrnControl::setEmptyMode() { SetButtonStates(true, {btnadd, btnquit}); }
 
 void TrnControl::Command1_Click(qint16 Index)
 {
@@ -48,19 +66,19 @@ void TrnControl::Command1_Click(qint16 Index)
     int answer = 0;
     switch (Index) {
     case btnadd:
-        setEditMode();
-        m_addMode = true;
+        d->setEditMode();
+        d->m_addMode = true;
         emit addclick();
         break;
     case btnedit:
-        setEditMode();
-        m_addMode = false;
+        d->setEditMode();
+        d->m_addMode = false;
         emit editclick();
         break;
     case btndel: {
-        m_deleteCancel = false;
-        emit DeleteAllowed(m_deleteCancel);
-        if (!m_deleteCancel) {
+        d->m_deleteCancel = false;
+        emit DeleteAllowed(d->m_deleteCancel);
+        if (!d->m_deleteCancel) {
             answer = MsgBox(QCoreApplication::translate(PK_CONTEXT, "Are You Sure ?"), vbYesNo + vbQuestion,
                             QCoreApplication::translate(PK_CONTEXT, "Confirm Delete"));
             if (answer == vbYes)
@@ -69,17 +87,17 @@ void TrnControl::Command1_Click(qint16 Index)
         // Refused or not, the mode follows what is left: empty only when both ends meet.
         Recordset *rs = recordset();
         if (rs->BOF() && rs->adoEOF())
-            setEmptyMode();
+            d->setEmptyMode();
         else
-            setBrowseMode();
+            d->setBrowseMode();
         break;
     }
     case btnsave:
-        m_saveValid = CBool(callHost(QStringLiteral("Validatefields")));
-        if (!m_saveValid)
+        d->m_saveValid = CBool(callHost(QStringLiteral("Validatefields")));
+        if (!d->m_saveValid)
             return;
         emit saveclick();
-        setBrowseMode();
+        d->setBrowseMode();
         break;
     case btnfind:
         emit findclick();
@@ -97,14 +115,14 @@ void TrnControl::Command1_Click(qint16 Index)
         if (answer != vbYes)
             return;
         Recordset *rs = recordset();
-        if (m_addMode && !(rs->BOF() && rs->adoEOF()))
+        if (d->m_addMode && !(rs->BOF() && rs->adoEOF()))
             rs->MoveLast(); // the record being added is abandoned; the last one becomes current
         // Either end suffices here (Delete wants both): a recordset standing at EOF with
         // records present still leaves the toolbar empty.
         if (rs->adoEOF() || rs->BOF())
-            setEmptyMode();
+            d->setEmptyMode();
         else
-            setBrowseMode();
+            d->setBrowseMode();
         break;
     }
     default:

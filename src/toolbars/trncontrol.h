@@ -3,7 +3,11 @@
 #include <PanelKestrin/panelkestrin_export.h>
 #include <PanelKestrin/toolbarbase.h>
 
+#include <memory>
+
 namespace PanelKestrin {
+
+class TrnControlPrivate;
 
 // The transaction toolbar: Add, Edit, Delete, Save, Find, Print, Quit and Undo for a host form
 // that edits one record at a time. It owns no data: it raises events the host answers, asks the
@@ -31,6 +35,7 @@ public:
     Q_ENUM(TrnControlBtn)
 
     explicit TrnControl(QWidget *parent = nullptr);
+    ~TrnControl() override;
 
     // Runs button Index (0 to 7; anything else does nothing). Failures of the host calls, of
     // srset (unset: error 91) and of the print form reach the caller; what the click already
@@ -50,13 +55,8 @@ Q_SIGNALS:
     void printclick();
 
 private:
-    void setEditMode();
-    void setBrowseMode();
-    void setEmptyMode();
-
-    bool m_addMode = false;
-    bool m_deleteCancel = false;
-    bool m_saveValid = false;
+    friend class TrnControlPrivate;
+    std::unique_ptr<TrnControlPrivate> const d;
 };
 
 } // namespace PanelKestrin
