@@ -47,11 +47,17 @@ public:
     void Command1_Click(qint16 Index) override;
 
 Q_SIGNALS:
+    // Edit was pressed: the toolbar is in grid edit mode; the host enables the grid.
     void editclick();
+    // Save was pressed and the grid committed its open cell (SaveLastCol): the host writes the
+    // grid's "A" and "E" rows. The toolbar then goes to grid browse mode.
     void saveclick();
+    // The user confirmed "Are you Sure...All Changes will be Lost": the host restores the
+    // grid's values; srset then moves to its first record.
     void CancelClick();
     // Declared like the other toolbars' find event; this toolbar has no Find button.
     void findclick();
+    // Print was pressed, before the print form opens with the report parameters.
     void printclick();
 
 private:

@@ -46,12 +46,24 @@ public:
     Q_INVOKABLE void setReportToPrint(const QString &ReportToPrint);
 
 Q_SIGNALS:
+    // Add was pressed: the toolbar is in edit mode; the host clears its fields for a new record.
     void addclick();
+    // Edit was pressed: the toolbar is in edit mode; the host unlocks its fields.
     void editclick();
+    // Delete was pressed, before anything is asked: a handler sets Cancel to True to refuse the
+    // delete without a question (the mode then follows the records left). The answer counts
+    // only from a handler connected directly (same thread): the toolbar reads Cancel as soon as
+    // the signal returns.
     void DeleteAllowed(bool &Cancel);
+    // The user confirmed "Are You Sure ?": the host deletes the current record (and requeries
+    // srset). "refresh1" is called afterwards.
     void Deleteclick();
+    // Save was pressed and the form's "Validatefields" answered True: the host writes the
+    // record. The toolbar then goes to browse mode.
     void saveclick();
+    // Find was pressed: the host finds a record; "refresh1" is called afterwards.
     void findclick();
+    // Print was pressed, before the print form opens with the report parameters.
     void printclick();
 
 private:
