@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/columninfo_p.h"
+#include "data/rowreader_p.h"
 
 #include <QSqlDatabase>
 #include <QVariant>
@@ -35,6 +36,15 @@ public:
     // Finishes the description with what needs further queries on the connection; called
     // once every row has been fetched, so the connection is free again.
     virtual void completeDescription(QVector<ColumnInfo> &columns) = 0;
+
+    // A faster way than QtSql to read the rows of statement, which has just been run through
+    // QtSql and gives fieldCount columns; null where there is none for this statement.
+    virtual std::unique_ptr<RowReader> openRowReader(const QString &statement, int fieldCount)
+    {
+        Q_UNUSED(statement);
+        Q_UNUSED(fieldCount);
+        return nullptr;
+    }
 
     // Primary-key columns of the tables matching the restrictions (an empty string matches
     // anything; table names match case-insensitively), by schema, table and key position.

@@ -2,6 +2,7 @@
 
 #include "data/dataerror_p.h"
 #include "data/enginemetadata_p.h"
+#include "data/sqliterowreader_p.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -120,6 +121,10 @@ public:
 
     QVector<ColumnInfo> describeResult(const QSqlQuery &query, const QString &statement) override;
     void completeDescription(QVector<ColumnInfo> &) override {}
+    std::unique_ptr<RowReader> openRowReader(const QString &statement, int fieldCount) override
+    {
+        return openSqliteRows(m_handle, statement, fieldCount);
+    }
     QVector<PrimaryKeyColumn> primaryKeys(const QString &catalog, const QString &schema,
                                           const QString &table) override;
     qint64 changeMark() const override { return sqlite3_total_changes64(m_handle); }

@@ -57,6 +57,8 @@ private Q_SLOTS:
     void getRowsErrors_data();
     void getRowsErrors();
     void rowsHandedOutAndReread();
+    void sqliteStatementsRunOnce_data();
+    void sqliteStatementsRunOnce();
     void tableSourceAndDataMember_data();
     void tableSourceAndDataMember();
     void reportStyleOpen();
@@ -319,6 +321,41 @@ void tst_Recordset::rowsHandedOutAndReread()
     cn.Execute(QStringLiteral("DROP TABLE nav_items"));
     QCOMPARE(capture([&] { rs.Requery(); }).number, int(ErrCommandFailed));
     QCOMPARE(rs.RecordCount(), 4); // a failed requery keeps the rows
+}
+
+// SQLite queries are read through the engine's own interface, every other statement through
+// QtSql, which has run it already: a statement with effects must not run twice, and a failure
+// on a later row still fails the Open.
+void tst_Recordset::sqliteStatementsRunOnce_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<int>("error");
+    QTest::addColumn<int>("rowsInTable");
+    QTest::newRow("query") << "SELECT id, name FROM nav_items ORDER BY id" << "1,a;2,b;3,c" << 0 << 3;
+    QTest::newRow("query with a common table")
+        << " with t AS (SELECT id FROM nav_items) SELECT id FROM t ORDER BY id;" << "1;2;3" << 0 << 3;
+    QTest::newRow("insert returning its row") << "INSERT INTO nav_items VALUES (4, 'd') RETURNING id, name"
+                                              << "4,d" << 0 << 4;
+    QTest::newRow("failure on the third row")
+        << "SELECT CASE WHEN id = 3 THEN abs(-9223372036854775807 - 1) ELSE id END FROM nav_items ORDER BY id" << ""
+        << int(ErrCommandFailed) << 3;
+}
+
+void tst_Recordset::sqliteStatementsRunOnce()
+{
+    QFETCH(QString, statement);
+    QFETCH(int, error);
+    Connection cn;
+    Recordset items;
+    OPEN_ITEMS(cn, items, QStringLiteral("sqlite"));
+    Recordset rs;
+    QCOMPARE(capture([&] { rs.Open(statement, &cn); }).number, error);
+    if (error == 0)
+        QTEST(rowsText(rs.GetRows(-1, 1)), "rows");
+    Recordset count;
+    count.Open(QStringLiteral("SELECT COUNT(*) FROM nav_items"), &cn);
+    QTEST(count.Fields().Item(0).Value().toInt(), "rowsInTable");
 }
 
 void tst_Recordset::tableSourceAndDataMember_data()
