@@ -1,19 +1,29 @@
 #pragma once
 
+#include <PanelKestrin/variantmatrix.h>
+
 #include <QAbstractTableModel>
 #include <QList>
 #include <QString>
 
 namespace PanelKestrin {
 
+class FlexGrid;
+
 // The text of a FlexGrid, counted as the grid counts: gridRows() x gridCols() cells including the
 // fixed row 0 and the fixed column 0. Towards a view the fixed row is the horizontal header, the
 // fixed column the vertical header, and grid cell (r, c), r, c >= 1, is model index (r - 1, c - 1).
 //
-// The cells are one flat list, row after row, so adding rows appends and never moves the text
-// already there. A cell is one QString: 24 bytes in the list, plus for a non-empty text a heap
-// block (shared by cells holding copies of one text) of a 16-byte header and 2 bytes per
-// character and terminator, rounded up by the allocator: 48 bytes for up to 8 characters.
+// A grid loaded from a table of values keeps no text for the cells that show them: showValues()
+// takes a shared copy of the table, and each such cell's text is made from its value when it is
+// drawn or read. Only rows written since keep texts of their own. A grid row is therefore one of
+// two kinds:
+//  - a value row: cells 1..valueCols show their value of one row of the table, the others are
+//    empty;
+//  - a text row: a list of its own texts by column, shorter than the grid when the rest are
+//    empty (a new row has an empty list and costs no text at all).
+// Writing any cell of a value row first turns it into a text row holding the texts it showed.
+// Rows are kept in one list, so adding rows appends and never moves the ones already there.
 //
 // Callers check indexes; the model does not.
 class FlexGridModel : public QAbstractTableModel
@@ -21,7 +31,13 @@ class FlexGridModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The text a cell shows for a value of the table; must not throw for the values it is given.
+    using ValueText = QString (*)(const QVariant &value);
+
     explicit FlexGridModel(qint32 rows, qint32 cols, QObject *parent = nullptr);
+
+    // The model underneath grid.
+    static FlexGridModel *of(const FlexGrid &grid);
 
     qint32 gridRows() const { return m_rows; }
     qint32 gridCols() const { return m_cols; }
@@ -30,8 +46,13 @@ public:
     void setGridCols(qint32 cols);
     void removeGridRow(qint32 row);
 
-    const QString &text(qint32 row, qint32 col) const { return m_cells.at(offset(row, col)); }
+    QString text(qint32 row, qint32 col) const;
     void setText(qint32 row, qint32 col, const QString &text);
+
+    // From now on grid cell (r + 1, c + 1) shows text(values(c, r)) for every element of values
+    // (both lower bounds 0); what was written to those cells before is gone, every other cell
+    // keeps its text. The grid must have those rows and columns.
+    void showValues(const VariantMatrix &values, ValueText text);
 
     // Alignment code (FlexGrid::AlignmentSettings) of the cells of grid column col.
     qint32 alignment(qint32 col) const { return m_alignments.at(col); }
@@ -50,10 +71,20 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    qsizetype offset(qint32 row, qint32 col) const { return qsizetype(row) * m_cols + col; }
-    QVariant alignmentData(qint32 col, const QString &text) const;
+    struct GridRow {
+        QList<QString> texts; // a text row's own texts by column
+        qint32 valueRow = -1; // a value row's row of m_values, else -1
+    };
 
-    QList<QString> m_cells;
+    QString valueText(qint32 field, qint32 valueRow) const;
+    // Turns a value row into a text row holding what it shows.
+    void keepShownTexts(GridRow &row) const;
+    QVariant alignmentData(qint32 row, qint32 col) const;
+
+    QList<GridRow> m_gridRows;
+    VariantMatrix m_values;
+    ValueText m_valueText = nullptr;
+    qint32 m_valueCols = 0; // grid columns 1..m_valueCols of value rows show values
     QList<qint32> m_alignments;
     qint32 m_rows;
     qint32 m_cols;

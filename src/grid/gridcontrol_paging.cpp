@@ -2,6 +2,8 @@
 // by a page or to either end. The editor follows through the grid view's cell notifications.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridvalues_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 
@@ -12,6 +14,8 @@ namespace PanelKestrin {
 void gridcontrol::PopulateGrid()
 {
     if (flexgrid->Rows() <= 1)
+        return;
+    if (showValuesInGrid(*flexgrid, mDataArray, NullCell::Fails))
         return;
     // Null is not turned into "" here (unlike MakeStruct): converting it fails.
     for (int c = 0; c <= mDataArray.UBound(1); ++c)

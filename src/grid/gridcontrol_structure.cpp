@@ -2,6 +2,8 @@
 // header captions and widths.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridvalues_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/recordset.h>
@@ -159,10 +161,14 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
     flexgrid->setRows(lastRow + 2);
     flexgrid->setColWidth(0, 200);
     flexgrid->setBackColorSel(QColor(Qt::blue));
+    // The cells show the loaded values without a text of their own when every column has its
+    // caption; otherwise they are written column by column up to the missing caption.
+    const bool valuesShown =
+        headers.size() > lastColumn && showValuesInGrid(*flexgrid, mDataArray, NullCell::Empty);
     for (int c = 0; c <= lastColumn; ++c) {
         flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
         flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
-        for (int r = 0; r <= lastRow; ++r) {
+        for (int r = 0; r <= lastRow && !valuesShown; ++r) {
             const QVariant &value = std::as_const(mDataArray)(c, r); // a read: no detach from the recordset's rows
             flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
         }

@@ -2,6 +2,7 @@
 
 #include <PanelKestrin/runtimeerror.h>
 
+#include "shared/conversions_p.h"
 #include "shared/datetext_p.h"
 #include "shared/numbertext_p.h"
 #include "shared/variantkind_p.h"
@@ -146,6 +147,21 @@ double Val(const QString &String)
 double Val(const QVariant &Expression)
 {
     return Val(CStr(Expression));
+}
+
+bool hasTextForm(const QVariant &value)
+{
+    switch (variantKind(value)) {
+    case VariantKind::Null:
+    case VariantKind::Other:
+        return false;
+    case VariantKind::Single:
+        return std::isfinite(value.toFloat());
+    case VariantKind::Double:
+        return std::isfinite(value.toDouble());
+    default:
+        return true;
+    }
 }
 
 QString CStr(const QVariant &Expression)

@@ -24,6 +24,8 @@ private slots:
     void committedEditValues();
     void statusesThroughEdits();
     void refusedValueHoldsTheCell();
+    void loadedTextsThroughGridChanges_data();
+    void loadedTextsThroughGridChanges();
 };
 
 // vSetGridRowColValue on a grid of 5 rows (4 data rows) and 8 columns.
@@ -201,6 +203,101 @@ void tst_gridcontrol_store::refusedValueHoldsTheCell()
     QCOMPARE(grid->DataArray()(2, 0).toDouble(), 50.0);
     QCOMPARE(view->Row(), 3);
     QVERIFY(!gridcontrolAccess::holdCell(*grid));
+}
+
+// The loaded cells' texts come from the shared rows when they are read; whatever the grid or
+// the host does afterwards, each cell reads as if its text had been written at load.
+enum class GridChange { None, CellWritten, RowRemoved, RowsCutAndRegrown, ColsCutAndRegrown, StoreWritten,
+                        Repainted, RepaintFailsOnNull };
+Q_DECLARE_METATYPE(GridChange)
+
+void tst_gridcontrol_store::loadedTextsThroughGridChanges_data()
+{
+    QTest::addColumn<GridChange>("change");
+    QTest::addColumn<QStringList>("row2");  // grid row 2, columns 0 to 7
+    QTest::addColumn<QStringList>("lastRow"); // the last grid row, columns 0 to 7
+
+    const QStringList line2{"", "IT002", "ITEM 2", "2", "2.5", "01/03/2026", "True", "2"};
+    const QStringList line3{"", "IT003", "ITEM 3", "3", "3.5", "01/04/2026", "False", "3"};
+    const QStringList blanks{"", "IT009", "", "9", "", "", "", "9"}; // NULLs load as ""
+    const QStringList empty(8);
+    QTest::newRow("as loaded") << GridChange::None << line2 << blanks;
+    QTest::newRow("one cell written")
+        << GridChange::CellWritten << QStringList{">", "IT002", "typed", "2", "2.5", "01/03/2026", "True", "2"}
+        << blanks;
+    QTest::newRow("row removed") << GridChange::RowRemoved << line3 << blanks;
+    QTest::newRow("rows cut and regrown") << GridChange::RowsCutAndRegrown << line2 << empty;
+    QTest::newRow("columns cut and regrown")
+        << GridChange::ColsCutAndRegrown << QStringList{"", "IT002", "ITEM 2", "", "", "", "", ""}
+        << QStringList{"", "IT009", "", "", "", "", "", ""};
+    QTest::newRow("store written, not repainted") << GridChange::StoreWritten << line2 << blanks;
+    QTest::newRow("repainted from a new array")
+        << GridChange::Repainted << QStringList{">", "A2", "", "", "", "", "", ""}
+        << QStringList{"", "A4", "", "", "", "", "", ""};
+    // Repainting runs column by column and stops at the Null: the first column is new, the
+    // rest as loaded.
+    QTest::newRow("repaint stops at a Null")
+        << GridChange::RepaintFailsOnNull
+        << QStringList{">", "A2", "ITEM 2", "2", "2.5", "01/03/2026", "True", "2"} << QStringList{"", "A4", "", "9", "", "", "", "9"};
+}
+
+void tst_gridcontrol_store::loadedTextsThroughGridChanges()
+{
+    QFETCH(GridChange, change);
+    Database db;
+    db.fillLines(3);
+    db.cn.Execute(QStringLiteral("INSERT INTO lines VALUES ('IT009', NULL, 9, NULL, NULL, NULL, 9)"));
+    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
+    auto grid = makeGrid(*rs);
+    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    VariantMatrix store = grid->DataArray();
+    VariantMatrix fresh(0, 6, 0, 3);
+    for (int r = 0; r < 4; ++r)
+        fresh(0, r) = QStringLiteral("A%1").arg(r + 1);
+
+    switch (change) {
+    case GridChange::None:
+        break;
+    case GridChange::CellWritten:
+        view->setTextMatrix(2, 0, QStringLiteral(">"));
+        view->setTextMatrix(2, 2, QStringLiteral("typed"));
+        break;
+    case GridChange::RowRemoved:
+        view->RemoveItem(2);
+        break;
+    case GridChange::RowsCutAndRegrown:
+        view->setRows(3);
+        view->setRows(5);
+        break;
+    case GridChange::ColsCutAndRegrown:
+        view->setCols(3);
+        view->setCols(8);
+        break;
+    case GridChange::StoreWritten:
+        store(1, 1) = QStringLiteral("OTHER");
+        grid->setDataArray(store);
+        break;
+    case GridChange::Repainted:
+        view->setTextMatrix(2, 0, QStringLiteral(">"));
+        grid->setDataArray(fresh);
+        grid->PopulateGrid();
+        break;
+    case GridChange::RepaintFailsOnNull:
+        view->setTextMatrix(2, 0, QStringLiteral(">"));
+        fresh(1, 0) = Null();
+        grid->setDataArray(fresh);
+        QCOMPARE(capture([&] { grid->PopulateGrid(); }).number, int(ErrInvalidUseOfNull));
+        break;
+    }
+    QStringList row2, lastRow;
+    for (int c = 0; c < 8; ++c) {
+        row2 << view->TextMatrix(2, c);
+        lastRow << view->TextMatrix(view->Rows() - 1, c);
+    }
+    QTEST(row2, "row2");
+    QTEST(lastRow, "lastRow");
+    // The view draws what TextMatrix reads.
+    QCOMPARE(view->view()->model()->index(1, 1).data().toString(), row2.at(2));
 }
 
 QTEST_MAIN(tst_gridcontrol_store)

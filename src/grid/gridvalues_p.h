@@ -1,0 +1,22 @@
+#pragma once
+
+#include <PanelKestrin/variantmatrix.h>
+
+namespace PanelKestrin {
+
+class FlexGrid;
+
+// How a Null element of the data array reaches its cell.
+enum class NullCell {
+    Empty, // shown as "" (loading a recordset)
+    Fails  // converting it fails (repainting from the array)
+};
+
+// Shows every element of values in its grid cell, values(c, r) in cell (r + 1, c + 1), as its
+// text, without making the texts now: each is made when the cell is drawn or read. Done only
+// when that is the same as writing the cells' texts one by one: values starts at (0, 0), fits
+// inside the grid's data cells, and every element has a text. Returns false, changing nothing,
+// otherwise; the caller then writes the cells itself and meets the failure where it lies.
+bool showValuesInGrid(FlexGrid &grid, const VariantMatrix &values, NullCell nulls);
+
+} // namespace PanelKestrin
