@@ -10,6 +10,7 @@
 #include <QVector>
 #include <QWidget>
 
+class QInputMethodEvent;
 class QKeyEvent;
 #include <optional>
 
@@ -145,6 +146,8 @@ private:
     void SkipToNextEnabledCol();
     void SkipToPrevEnabledCol();
     bool editorKeyEvent(QKeyEvent *event);
+    void editorInputMethodEvent(QInputMethodEvent *event);
+    void typeFiltered(const QString &text);
     // The grid view's own notifications, focus entering and leaving the control.
     void flexgrid_Click();
     void flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift);

@@ -8,6 +8,7 @@
 #include <PanelKestrin/keycodes.h>
 #include <PanelKestrin/strings.h>
 
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -23,6 +24,25 @@ bool enabledAt(const QVector<GridStruct> &rules, int col)
                            QStringLiteral("gridcontrol"));
     return rules.at(col).ColEnable;
 }
+
+// The KeyAscii of one typed character; characters beyond the 16-bit range stand as '?'.
+qint16 keyAsciiOf(QStringView character)
+{
+    const char16_t c = character.front().unicode();
+    return character.size() == 1 && c <= 0x7FFF ? qint16(c) : qint16('?');
+}
+
+// Splits typed text into characters, a surrogate pair counting as one.
+QList<QStringView> charactersOf(QStringView text)
+{
+    QList<QStringView> characters;
+    for (qsizetype i = 0; i < text.size();) {
+        const qsizetype n = text.at(i).isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+        characters << text.mid(i, n);
+        i += n;
+    }
+    return characters;
+}
 } // namespace
 
 // Runs the classic KeyDown and KeyPress handlers for a key typed into the editor. Returns true
@@ -33,14 +53,22 @@ bool gridcontrol::editorKeyEvent(QKeyEvent *event)
     qint16 Shift = ShiftFromEvent(event);
     const qint16 pressed = KeyCode;
     TxtAdjust_KeyDown(KeyCode, Shift);
-    // The editor handles the moving keys itself: the line edit must not act on them again.
-    if (KeyCode == 0 || pressed == vbKeyReturn || pressed == vbKeyF1 || pressed == vbKeyUp
+    // The editor handles the moving keys itself: the line edit must not act on them again. A
+    // key without a classic code (a letter of another alphabet, a currency sign) moves nothing
+    // and goes on to the character filter.
+    if ((pressed != 0 && KeyCode == 0) || pressed == vbKeyReturn || pressed == vbKeyF1 || pressed == vbKeyUp
         || pressed == vbKeyDown || pressed == vbKeyHome || pressed == vbKeyEnd)
         return true;
 
     const qint16 typed = KeyAsciiFromEvent(event);
     if (typed == 0)
         return false;
+    // A key press that types several characters at once has each of them filtered.
+    const QString text = event->text();
+    if (charactersOf(text).size() > 1 && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
+        typeFiltered(text);
+        return true;
+    }
     qint16 KeyAscii = typed;
     TxtAdjust_KeyPress(KeyAscii);
     if (KeyAscii == typed)
@@ -48,6 +76,32 @@ bool gridcontrol::editorKeyEvent(QKeyEvent *event)
     if (KeyAscii != 0)
         TxtAdjust->insert(QString(QChar(KeyAscii)));
     return true;
+}
+
+// Text that an input method commits is typed character by character through the filter; what
+// the filter lets through goes into the editor, and the line edit keeps only the composition.
+void gridcontrol::editorInputMethodEvent(QInputMethodEvent *event)
+{
+    if (event->commitString().isEmpty())
+        return;
+    const QString committed = event->commitString();
+    event->setCommitString(QString());
+    typeFiltered(committed);
+}
+
+// Each character as if typed on its own: refused, passed, or replaced as the column's
+// character filter decides, against the editor's text as it stands at that character.
+void gridcontrol::typeFiltered(const QString &text)
+{
+    for (const QStringView character : charactersOf(text)) {
+        const qint16 typed = keyAsciiOf(character);
+        qint16 KeyAscii = typed;
+        TxtAdjust_KeyPress(KeyAscii);
+        if (KeyAscii == typed)
+            TxtAdjust->insert(character.toString());
+        else if (KeyAscii != 0)
+            TxtAdjust->insert(QString(QChar(KeyAscii)));
+    }
 }
 
 void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)

@@ -9,6 +9,7 @@
 #include <PanelKestrin/twips.h>
 
 #include <QApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -31,6 +32,10 @@ bool gridcontrol::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
         guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyDown"), [&] { used = editorKeyEvent(key); });
+    } else if (event->type() == QEvent::InputMethod) {
+        // Committed text is filtered like typed keys; the composition goes on to the editor.
+        auto *input = static_cast<QInputMethodEvent *>(event);
+        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyPress"), [&] { editorInputMethodEvent(input); });
     } else if (event->type() == QEvent::MouseButtonPress
                && static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
         // TxtAdjust_MouseDown: the right button opens the pop-up menu at the pointer.

@@ -3,7 +3,10 @@
 #include "gridtestsupport.h"
 
 #include <PanelKestrin/connectionsettings.h>
+#include <PanelKestrin/conversions.h>
+#include <PanelKestrin/strings.h>
 
+#include <QInputMethodEvent>
 #include <QTest>
 
 using namespace PanelKestrin;
@@ -19,6 +22,8 @@ private slots:
 
     void typedCharacters_data();
     void typedCharacters();
+    void nonAsciiKeysReachTheCell_data();
+    void nonAsciiKeysReachTheCell();
     void moveKeys_data();
     void moveKeys();
     void helpKey();
@@ -73,6 +78,60 @@ void tst_gridcontrol_editor::typedCharacters()
     QFETCH(QString, typed);
     QTest::keyClicks(editor, typed);
     QTEST(editor->text(), "result");
+}
+
+// Characters outside the key table, from a key press carrying them as text or from an input
+// method's commit: they go through the column's character filter like any other character.
+void tst_gridcontrol_editor::nonAsciiKeysReachTheCell_data()
+{
+    QTest::addColumn<int>("col");
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<int>("key");        // Qt key of the key press; -1: an input-method commit
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("result");
+
+    QTest::newRow("u umlaut") << 1 << "" << int(Qt::Key_Udiaeresis) << "ü" << "ü";
+    QTest::newRow("e acute") << 1 << "" << int(Qt::Key_Eacute) << "é" << "é";
+    QTest::newRow("n tilde") << 1 << "" << int(Qt::Key_Ntilde) << "ñ" << "ñ";
+    QTest::newRow("sharp s") << 1 << "" << int(Qt::Key_ssharp) << "ß" << "ß";
+    QTest::newRow("Cyrillic") << 1 << "" << 0x416 << "ж" << "ж";
+    QTest::newRow("euro") << 1 << "" << 0x20ac << "€" << "€";
+    QTest::newRow("pound") << 1 << "AB" << int(Qt::Key_sterling) << "£" << "AB£";
+    QTest::newRow("two characters in one key press") << 1 << "" << int(Qt::Key_unknown) << "äb" << "äB";
+    QTest::newRow("full character column") << 1 << "ABCDE" << int(Qt::Key_Udiaeresis) << "ü" << "ABCDE";
+    QTest::newRow("integer column refuses") << 2 << "1" << int(Qt::Key_Eacute) << "é" << "1";
+    QTest::newRow("date column passes") << 4 << "" << int(Qt::Key_Eacute) << "é" << "é";
+    QTest::newRow("input method, character column") << 1 << "" << -1 << "ab€" << "AB€";
+    QTest::newRow("input method, integer column") << 2 << "" << -1 << "1ä2" << "12";
+    QTest::newRow("input method, full column") << 1 << "ABCD" << -1 << "üx" << "ABCDü";
+}
+
+void tst_gridcontrol_editor::nonAsciiKeysReachTheCell()
+{
+    QFETCH(int, col);
+    QFETCH(QString, start);
+    QFETCH(int, key);
+    QFETCH(QString, typed);
+    Database db;
+    auto g = grid(db);
+    gridcontrolAccess::grid(*g)->setCol(col);
+    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    editor->setText(start);
+    if (key < 0) {
+        QInputMethodEvent commit;
+        commit.setCommitString(typed);
+        QApplication::sendEvent(editor, &commit);
+    } else {
+        QTest::sendKeyEvent(QTest::Click, editor, Qt::Key(key), typed, Qt::NoModifier);
+    }
+    QTEST(editor->text(), "result");
+
+    // Leaving the cell writes what was typed to the grid and the store.
+    QTest::keyClick(editor, Qt::Key_Down);
+    QFETCH(QString, result);
+    QCOMPARE(gridcontrolAccess::grid(*g)->TextMatrix(1, col), result);
+    if (col == 1)
+        QCOMPARE(Trim(CStr(g->DataArray()(0, 0))), result);
 }
 
 // Keys typed into the editor; the cell reached, and the grid's rows afterwards.
