@@ -161,6 +161,8 @@ private:
     void TxtFind_Change();
     // Rows.
     bool RemoveGridRow(qint32 &lRow);
+    bool hasDataRow(qint32 gridRow) const;
+    void attachDataRow(qint32 gridRow);
     void addRow();
     void deleteRow();
     bool lastRowValueBlank(int j) const;

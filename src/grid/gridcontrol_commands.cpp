@@ -62,6 +62,9 @@ void gridcontrol::addRow()
     if (Cancel)
         return;
 
+    // The blank row that the save trim left on screen becomes the new row; otherwise the grid
+    // grows by one.
+    const bool blankRowShown = !hasDataRow(flexgrid->Rows() - 1);
     const int last = mDataArray.UBound(2);
     mDataArray.redimPreserve(last + 1);
     mRowStatusArray.resize(last + 2);
@@ -70,7 +73,8 @@ void gridcontrol::addRow()
     {
         QScopedValueRollback<bool> adding(bAddingRow, true);
         flexgrid->setTextMatrix(flexgrid->Row(), 0, QString());
-        flexgrid->setRows(flexgrid->Rows() + 1);
+        if (!blankRowShown)
+            flexgrid->setRows(flexgrid->Rows() + 1);
         flexgrid->setRow(flexgrid->Rows() - 1);
         flexgrid->setTextMatrix(flexgrid->Row(), 0, QStringLiteral(">"));
         flexgrid->setCol(1);

@@ -99,9 +99,10 @@ void gridcontrol::flexgrid_EnterCell()
     selectEditorText();
     flexgrid->setTextMatrix(flexgrid->Row(), 0, QStringLiteral(">"));
 
-    // Columns listed as not editable stay editable on added rows only. The column number is
-    // looked up as plain text, so column 1 also matches a listed 12.
-    if (InStr(1, sNotEditCols, QString::number(flexgrid->Col())) > 0 && flexgrid->Row() >= 1
+    // Columns listed as not editable stay editable on added rows only, and on the blank row the
+    // save trim left, which is one. The column number is looked up as plain text, so column 1
+    // also matches a listed 12.
+    if (InStr(1, sNotEditCols, QString::number(flexgrid->Col())) > 0 && hasDataRow(flexgrid->Row())
         && checkedAt(mRowStatusArray, flexgrid->Row() - 1, "RowStatusArray") != QLatin1String("A"))
         TxtAdjust->setEnabled(false);
 }
@@ -111,7 +112,12 @@ void gridcontrol::flexgrid_LeaveCell()
     if (bInternalMove || bAddingRow || bDeletingRow)
         return;
     const qint32 row = flexgrid->Row();
-    if (row == 0 || flexgrid->Col() == 0 || !mDataArray.isAssigned() || row - 1 > mDataArray.UBound(2))
+    if (row == 0 || flexgrid->Col() == 0 || !mDataArray.isAssigned())
+        return;
+    // Beyond the store lies at most the blank row that the save trim left: leaving it blank
+    // stores nothing, a value typed into it brings its data row back (below).
+    if (row - 1 > mDataArray.UBound(2)
+        && (row - 1 > mDataArray.UBound(2) + 1 || row != flexgrid->Rows() - 1 || Trim(TxtAdjust->text()).isEmpty()))
         return;
 
     qint32 validateRow = row;
@@ -124,6 +130,7 @@ void gridcontrol::flexgrid_LeaveCell()
         bHoldCell = true;
     } else {
         bHoldCell = false;
+        attachDataRow(row);
         flexgrid->setText(TxtAdjust->text());
         const int col = flexgrid->Col();
         const int dataRow = flexgrid->Row() - 1;

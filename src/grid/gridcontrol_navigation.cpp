@@ -66,6 +66,7 @@ void gridcontrol::flexgrid_Click()
         // The mark column: the view shows gValue or nothing, the store holds "X" or a blank.
         const QString mark = CStr(gValue);
         const bool marking = flexgrid->Text() != mark;
+        attachDataRow(flexgrid->Row()); // a mark on the blank row left by the save trim
         flexgrid->setText(marking ? mark : QString());
         TxtAdjust->setText(marking ? mark : QString());
         mDataArray(col - 1, flexgrid->Row() - 1) = marking ? QStringLiteral("X") : QStringLiteral(" ");

@@ -1,5 +1,10 @@
 // Row insertion and deletion for the host, the routine that removes one row from the grid and
 // the store keeping them aligned, and the trailing-blank-row trim before a save.
+//
+// The trim drops a blank last row from the store only: the grid keeps showing it, blank, for
+// the next entry. That row is the one grid row without a data row. Whatever writes a value into
+// it (the user's typing, a mark, the host) first gives it its data row back, as an added row;
+// deleting it removes the grid row alone.
 #include <PanelKestrin/gridcontrol.h>
 
 #include <PanelKestrin/conversions.h>
@@ -36,6 +41,22 @@ bool gridcontrol::ResetColRow()
     return false;
 }
 
+bool gridcontrol::hasDataRow(qint32 gridRow) const
+{
+    return gridRow >= 1 && mDataArray.isAssigned() && gridRow - 1 <= mDataArray.UBound(2);
+}
+
+// Gives the blank last grid row that the trim left its data row back, counted as added. Any
+// other row is left alone.
+void gridcontrol::attachDataRow(qint32 gridRow)
+{
+    if (!mDataArray.isAssigned() || gridRow != flexgrid->Rows() - 1 || gridRow - 1 != mDataArray.UBound(2) + 1)
+        return;
+    mDataArray.redimPreserve(gridRow - 1);
+    mRowStatusArray.resize(gridRow);
+    mRowStatusArray[gridRow - 1] = QStringLiteral("A");
+}
+
 bool gridcontrol::SaveLastCol()
 {
     bool result = false;
@@ -44,9 +65,10 @@ bool gridcontrol::SaveLastCol()
             return false;
         result = true;
         // A trailing row whose every value reads "" is not saved: drop it from the store (the
-        // grid view keeps it on screen).
+        // grid view keeps it on screen). Once dropped, the store's last row is no longer the
+        // grid's last: saving again drops nothing more.
         const int last = mDataArray.UBound(2);
-        bool blank = true;
+        bool blank = hasDataRow(flexgrid->Rows() - 1);
         for (int j = 0; j <= mDataArray.UBound(1) && blank; ++j) {
             const QVariant &value = std::as_const(mDataArray)(j, last);
             blank = !isNull(value) && CStr(value).isEmpty();
@@ -88,16 +110,25 @@ bool gridcontrol::RemoveGridRow(qint32 &lRow)
         mRowStatusArray = QStringList{QStringLiteral("A")};
     } else {
         const int lastField = mDataArray.UBound(1);
-        if (lRow != flexgrid->Rows() - 1) {
-            // The rows below move up, re-read from the grid's text; their statuses move along.
-            for (int r = lRow + 1; r <= mDataArray.UBound(2) + 1; ++r) {
-                for (int c = 0; c <= lastField; ++c)
-                    mDataArray(c, r - 2) = flexgrid->TextMatrix(r, c + 1);
-                mRowStatusArray[r - 2] = mRowStatusArray.at(r - 1);
+        if (!hasDataRow(lRow)) {
+            // The blank row the trim left has no data of its own to remove.
+        } else if (mDataArray.UBound(2) == 0) {
+            // The only data row goes, and the blank row below it becomes the grid's one row
+            // for entry: emptied and counted as added, as the last row always is.
+            mDataArray.redim(0, lastField, 0, 0);
+            mRowStatusArray = QStringList{QStringLiteral("A")};
+        } else {
+            if (lRow != flexgrid->Rows() - 1) {
+                // The rows below move up, re-read from the grid's text; their statuses move along.
+                for (int r = lRow + 1; r <= mDataArray.UBound(2) + 1; ++r) {
+                    for (int c = 0; c <= lastField; ++c)
+                        mDataArray(c, r - 2) = flexgrid->TextMatrix(r, c + 1);
+                    mRowStatusArray[r - 2] = mRowStatusArray.at(r - 1);
+                }
             }
+            mDataArray.redimPreserve(mDataArray.UBound(2) - 1);
+            mRowStatusArray.removeLast();
         }
-        mDataArray.redimPreserve(mDataArray.UBound(2) - 1);
-        mRowStatusArray.removeLast();
         flexgrid->RemoveItem(lRow);
     }
 

@@ -37,6 +37,7 @@ void gridcontrol::SetColumnValue(const QVariant &vValue, qint16 iColumn, qint16 
 {
     TxtAdjust->setVisible(false);
     flexgrid->setTextMatrix(iRow, iColumn, CStr(vValue));
+    attachDataRow(iRow); // a value written to the blank row the save trim left
     mDataArray(iColumn - 1, iRow - 1) = vValue;
 }
 
@@ -64,6 +65,7 @@ bool gridcontrol::vSetGridRowColValue(qint16 &iRow, qint16 &iCol, const QVariant
         flexgrid->setTextMatrix(iRow, iCol, text);
         if (iCol == flexgrid->Col())
             TxtAdjust->setText(text);
+        attachDataRow(iRow); // a value written to the blank row the save trim left
         mDataArray(iCol - 1, iRow - 1) = vColumnValue;
     } else if (iRow == -1) {
         MsgBox(tr("Trying to assign a Row that is Invalid for the Grid."), vbCritical, tr("Formdeck"));

@@ -4,10 +4,13 @@
 // the grid describes, a grid sized in twips, and read access to the grid's private state.
 
 #include <PanelKestrin/connection.h>
+#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
+#include <PanelKestrin/format.h>
 #include <PanelKestrin/gridcontrol.h>
 #include <PanelKestrin/msgbox.h>
 #include <PanelKestrin/recordset.h>
+#include <PanelKestrin/strings.h>
 #include <PanelKestrin/twips.h>
 #include <PanelKestrin/variant.h>
 
@@ -113,6 +116,50 @@ inline std::unique_ptr<gridcontrol> makeGrid(Recordset &rs, int heightTwips = 36
     grid->MakeGridStructure();
     settle();
     return grid;
+}
+
+// Whether the screen and the store agree: every grid row shows what the data array holds for it
+// (character values without their padding, numbers by value, dates as typed or as stored), the
+// statuses have one entry per data row, and the only grid row without a data row is a blank
+// last row, the one SaveLastCol leaves. Returns what disagrees, or an empty text.
+inline QString screenStoreMismatch(gridcontrol &g)
+{
+    FlexGrid *view = gridcontrolAccess::grid(g);
+    const VariantMatrix data = g.DataArray();
+    const QVector<RecStruct> &recs = gridcontrolAccess::recStructs(g);
+    const int dataRows = data.UBound(2) + 1;
+    const int gridRows = view->Rows() - 1;
+    if (g.RowStatusArray().size() != dataRows)
+        return QStringLiteral("%1 statuses for %2 data rows").arg(g.RowStatusArray().size()).arg(dataRows);
+    const auto blankRow = [&](int r) {
+        for (int c = 1; c < view->Cols(); ++c)
+            if (!Trim(view->TextMatrix(r, c)).isEmpty())
+                return false;
+        return true;
+    };
+    if (gridRows != dataRows && !(gridRows == dataRows + 1 && blankRow(gridRows)))
+        return QStringLiteral("%1 grid rows for %2 data rows").arg(gridRows).arg(dataRows);
+    const QString mark = CStr(g.gValue);
+    for (int r = 1; r <= dataRows; ++r) {
+        for (int c = 1; c < view->Cols(); ++c) {
+            const QString text = view->TextMatrix(r, c);
+            const QVariant value = data(c - 1, r - 1);
+            const QString type = recs.value(c - 1).DataType;
+            bool same = true;
+            if (c == g.gColToFix && !mark.isEmpty() && text == mark)
+                same = Trim(CStr(value)) == QLatin1String("X") || Trim(CStr(value)) == mark;
+            else if (isNull(value) || isEmpty(value))
+                same = Trim(text).isEmpty();
+            else if (type == QLatin1String("N"))
+                same = Val(text) == Val(value);
+            else if (type == QLatin1String("C") || type == QLatin1String("D"))
+                same = Trim(text) == Trim(CStr(value)) || Format(text, QStringLiteral("mm/dd/yyyy")) == CStr(value);
+            if (!same)
+                return QStringLiteral("cell (%1, %2) shows \"%3\", the store holds \"%4\"")
+                    .arg(r).arg(c).arg(text, CStr(value));
+        }
+    }
+    return QString();
 }
 
 // Records the message boxes a test provokes and answers them with OK.

@@ -24,6 +24,8 @@ private slots:
     void saveLastColDropsTrailingBlankRow_data();
     void saveLastColDropsTrailingBlankRow();
     void saveLastColHeldCell();
+    void editsAfterSaveLastColReachTheStore_data();
+    void editsAfterSaveLastColReachTheStore();
     void resetColRow();
 };
 
@@ -181,6 +183,77 @@ void tst_gridcontrol_rows::saveLastColHeldCell()
     QVERIFY(!grid->SaveLastCol());
     QVERIFY(editor->isVisible());
     QCOMPARE(grid->DataArray()(0, 0).toString(), QStringLiteral("IT001"));
+}
+
+// SaveLastCol leaves a blank grid row without a data row. Whatever the user or the host does
+// next, the store keeps up with the screen.
+void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QStringList>("items");    // the store's first column afterwards
+    QTest::addColumn<QStringList>("statuses");
+    QTest::addColumn<int>("rows");             // the grid's Rows afterwards
+
+    QTest::newRow("delete the blank row") << "delete" << QStringList{"IT001", "IT002"} << QStringList{"", ""} << 3;
+    QTest::newRow("delete a row above it") << "delete first" << QStringList{"IT002"} << QStringList{""} << 3;
+    QTest::newRow("type into the blank row") << "type" << QStringList{"IT001", "IT002", "NEW"}
+                                             << QStringList{"", "", "A"} << 4;
+    QTest::newRow("type, then delete the row") << "type and delete" << QStringList{"IT001", "IT002"}
+                                               << QStringList{"", ""} << 3;
+    QTest::newRow("add a row") << "add" << QStringList{"IT001", "IT002", ""} << QStringList{"", "", "A"} << 4;
+    QTest::newRow("host writes the blank row") << "host" << QStringList{"IT001", "IT002", "HOST"}
+                                               << QStringList{"", "", "A"} << 4;
+    QTest::newRow("save again") << "save" << QStringList{"IT001", "IT002"} << QStringList{"", ""} << 4;
+}
+
+void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore()
+{
+    QFETCH(QString, action);
+    Database db;
+    db.fillLines(2);
+    // The date column first: the added row's open cell commits as "", so the row stays blank.
+    auto rs = db.open(QStringLiteral("SELECT due, item, qty FROM lines ORDER BY qty"));
+    auto grid = makeGrid(*rs);
+    grid->bShowMenu = true;
+    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    grid->GridRowAddnew();
+    QVERIFY(grid->SaveLastCol());
+    QCOMPARE(view->Rows(), 4);
+    QCOMPARE(grid->DataArray().UBound(2), 1);
+    QCOMPARE(view->Row(), 3);
+
+    if (action == QLatin1String("delete")) {
+        grid->GridRowDelete();
+    } else if (action == QLatin1String("delete first")) {
+        view->setRow(1);
+        grid->GridRowDelete();
+    } else if (action.startsWith(QLatin1String("type"))) {
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTest::keyClicks(editor, QStringLiteral("new"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        if (action.endsWith(QLatin1String("delete"))) {
+            view->setRow(3);
+            grid->GridRowDelete();
+        }
+    } else if (action == QLatin1String("add")) {
+        view->setRow(1);
+        grid->GridRowAddnew();
+        QCOMPARE(view->Row(), 3); // the new row is the blank one already on screen
+    } else if (action == QLatin1String("host")) {
+        grid->SetColumnValue(QStringLiteral("HOST"), 2, 3);
+    } else if (action == QLatin1String("save")) {
+        QVERIFY(grid->SaveLastCol());
+        QVERIFY(grid->SaveLastCol());
+    }
+
+    QStringList items;
+    for (int r = 0; r <= grid->DataArray().UBound(2); ++r)
+        items << Trim(CStr(grid->DataArray()(1, r)));
+    QTEST(items, "items");
+    QTEST(grid->RowStatusArray(), "statuses");
+    QTEST(view->Rows(), "rows");
+    QCOMPARE(screenStoreMismatch(*grid), QString());
 }
 
 void tst_gridcontrol_rows::resetColRow()
