@@ -55,11 +55,13 @@ qint16 DecimalKeyFilter(qint16 KeyAscii, QLineEdit *EditBox, qint16 Decimals, qi
     const QString result = text.left(from) + QChar(ushort(KeyAscii)) + text.mid(to);
 
     const qsizetype pointAt = result.indexOf(QLatin1Char('.'));
-    if (point) {
-        if (kept.contains(QLatin1Char('.')))
-            return 0;
+    if (point && kept.contains(QLatin1Char('.')))
+        return 0;
+    // A field without a fixed scale takes any number of digits on either side of the point.
+    if (Decimals == ScaleNotApplicable)
+        return KeyAscii;
+    if (point)
         return countDigits(QStringView(result).mid(pointAt + 1)) <= Decimals ? KeyAscii : 0;
-    }
     const QStringView before = pointAt < 0 ? QStringView(result) : QStringView(result).left(pointAt);
     const QStringView after = pointAt < 0 ? QStringView() : QStringView(result).mid(pointAt + 1);
     return countDigits(before) <= IntegerDigits && countDigits(after) <= Decimals ? KeyAscii : 0;

@@ -80,6 +80,11 @@ void tst_KeystrokeFilters::typing_data()
     QTest::newRow("typed over a selection") << "123.45" << 0 << 6 << "7" << 2 << 3 << "7";
     QTest::newRow("point over a selected point") << "12.34" << 1 << 3 << "." << 2 << 3 << "1.4";
     QTest::newRow("decimal inserted, room left") << "1.2" << 2 << 0 << "3" << 2 << 3 << "1.32";
+    // A column without a fixed scale (a floating-point field reports 255 decimals, and its
+    // precision less that as integer digits) takes any number: digits and one point.
+    QTest::newRow("scale not applicable: any number") << "" << 0 << 0 << "1234567.891" << 255 << -240 << "1234567.891";
+    QTest::newRow("scale not applicable: one point") << "" << 0 << 0 << "1.2.3" << 255 << -248 << "1.23";
+    QTest::newRow("scale not applicable: letters") << "" << 0 << 0 << "a1-b" << 255 << -240 << "1";
     // Control characters pass both filters, so editing keys still work in a full box.
     QTest::newRow("integer: backspace") << "12" << 2 << 0 << "\b" << 0 << 0 << "1";
     QTest::newRow("backspace, both parts full") << "12.34" << 5 << 0 << "\b" << 2 << 2 << "12.3";

@@ -24,6 +24,8 @@ private slots:
     void typedCharacters();
     void nonAsciiKeysReachTheCell_data();
     void nonAsciiKeysReachTheCell();
+    void numbersTypeIntoFloatingPointColumns_data();
+    void numbersTypeIntoFloatingPointColumns();
     void moveKeys_data();
     void moveKeys();
     void helpKey();
@@ -132,6 +134,39 @@ void tst_gridcontrol_editor::nonAsciiKeysReachTheCell()
     QCOMPARE(gridcontrolAccess::grid(*g)->TextMatrix(1, col), result);
     if (col == 1)
         QCOMPARE(Trim(CStr(g->DataArray()(0, 0))), result);
+}
+
+// Floating-point columns have no fixed scale: any number can be typed into them. A NUMERIC(p,s)
+// column keeps its limits.
+void tst_gridcontrol_editor::numbersTypeIntoFloatingPointColumns_data()
+{
+    QTest::addColumn<QString>("declaration");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("result");
+
+    QTest::newRow("REAL") << "REAL" << "12.5" << "12.5";
+    QTest::newRow("DOUBLE") << "DOUBLE" << "1234567.891" << "1234567.891";
+    QTest::newRow("DOUBLE PRECISION") << "DOUBLE PRECISION" << "3.14159265" << "3.14159265";
+    QTest::newRow("FLOAT, letters refused") << "FLOAT" << "a7b.c5" << "7.5";
+    QTest::newRow("NUMERIC(10,2) keeps its limits") << "NUMERIC(10,2)" << "123456789.5" << "12345678.5";
+}
+
+void tst_gridcontrol_editor::numbersTypeIntoFloatingPointColumns()
+{
+    QFETCH(QString, declaration);
+    Database db;
+    db.cn.Execute(QStringLiteral("CREATE TABLE f (amount %1)").arg(declaration));
+    db.cn.Execute(QStringLiteral("INSERT INTO f VALUES (NULL)"));
+    auto rsf = db.open(QStringLiteral("SELECT amount FROM f"));
+    auto g = makeGrid(*rsf);
+    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    editor->setText(QString());
+    QFETCH(QString, typed);
+    QTest::keyClicks(editor, typed);
+    QTEST(editor->text(), "result");
+    QFETCH(QString, result);
+    g->SaveLastCol();
+    QCOMPARE(g->DataArray()(0, 0).toDouble(), result.toDouble());
 }
 
 // Keys typed into the editor; the cell reached, and the grid's rows afterwards.
