@@ -12,6 +12,7 @@
 #include <PanelKestrin/strings.h>
 #include <PanelKestrin/variant.h>
 
+#include <QLoggingCategory>
 #include <QPushButton>
 #include <QScopeGuard>
 
@@ -32,9 +33,31 @@ qint16 toInteger(qint32 value, const QString &what)
     return qint16(value);
 }
 
+Q_LOGGING_CATEGORY(lcGrid, "panelkestrin.grid")
+
+// What a developer declares instead of a column type that the grid does not describe.
+QString declarationAdvice(qint32 type)
+{
+    switch (type) {
+    case 8: case 130: case 201: case 203: // text without a length, wide char
+        return QStringLiteral("VARCHAR(n) or CHAR(n) for text");
+    case 4: // single precision
+        return QStringLiteral("DOUBLE PRECISION, or NUMERIC(p,s) for a fixed scale");
+    case 14: case 139: // decimal, variable numeric
+        return QStringLiteral("NUMERIC(p,s)");
+    case 16: case 17: case 18: case 19: case 20: case 21: // tiny, unsigned and big integers
+        return QStringLiteral("INTEGER, SMALLINT or NUMERIC(p,0) for whole numbers");
+    case 64: // file time
+        return QStringLiteral("DATE");
+    default:
+        return QStringLiteral("VARCHAR(n), CHAR(n), NUMERIC(p,s), INTEGER, SMALLINT, DOUBLE PRECISION, DATE or BOOLEAN");
+    }
+}
+
 // The one-letter type of a field and the size the editor enforces. An unrecognised type code
 // takes the letter of the previous recognised field of the same call (typeLetter carries it)
-// with size 0.
+// with size 0, which leaves the editor refusing every key in an empty cell of that column: the
+// developer is told which field it is and what to declare instead.
 RecStruct describeField(const Field &field, QString &typeLetter)
 {
     RecStruct rec;
@@ -57,6 +80,15 @@ RecStruct describeField(const Field &field, QString &typeLetter)
         rec.Length = toInteger(field.DefinedSize(), field.Name() + QStringLiteral(".DefinedSize"));
         break;
     default:
+        qCWarning(lcGrid).noquote()
+            << QStringLiteral("MakeStruct: field \"%1\" has type %2, which the grid's column table does not "
+                              "describe; the column takes %3 with length 0, so the editor refuses typing into an "
+                              "empty cell of it. Declare it as %4.")
+                   .arg(field.Name())
+                   .arg(field.Type())
+                   .arg(typeLetter.isEmpty() ? QStringLiteral("no type letter")
+                                             : QStringLiteral("the previous column's type \"%1\"").arg(typeLetter),
+                        declarationAdvice(field.Type()));
         break;
     }
     rec.DataType = typeLetter;

@@ -3,6 +3,7 @@
 #include "data/datatestsupport.h"
 #include "gridtestsupport.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace PanelKestrin;
@@ -20,6 +21,8 @@ private slots:
     void describesEachFieldType_data();
     void describesEachFieldType();
     void sameDescriptionsFromPostgres();
+    void unrecognisedTypesAreReported_data();
+    void unrecognisedTypesAreReported();
     void loadsRowsAndCells();
     void emptyRecordsetGivesOneAddedRow();
     void fieldListShowsNamedFields();
@@ -96,6 +99,50 @@ void tst_gridcontrol_structure::sameDescriptionsFromPostgres()
         QCOMPARE(b.Length, a.Length);
         QCOMPARE(b.Decimal, a.Decimal);
         QCOMPARE(b.Null, a.Null);
+    }
+}
+
+// A column whose type the grid does not describe refuses typing; the developer is told which
+// field it is and what to declare instead.
+void tst_gridcontrol_structure::unrecognisedTypesAreReported_data()
+{
+    QTest::addColumn<QString>("columns");
+    QTest::addColumn<QString>("warning"); // a pattern; empty: no warning
+
+    QTest::newRow("text after integer") << "qty INTEGER, notes TEXT" << "\"notes\".*201.*\"N\".*VARCHAR\\(n\\) or CHAR\\(n\\)";
+    QTest::newRow("text first") << "notes TEXT, qty INTEGER" << "\"notes\".*201.*VARCHAR\\(n\\)";
+    QTest::newRow("bigint") << "code BIGINT" << "\"code\".*20.*INTEGER.*NUMERIC\\(p,0\\)";
+    QTest::newRow("single") << "weight FLOAT4" << "\"weight\".*DOUBLE PRECISION";
+    QTest::newRow("every recognised type") << QString::fromLatin1(orderLinesTable()).section(QLatin1Char('('), 1).chopped(1)
+                                           << "";
+}
+
+namespace {
+QStringList gridWarnings;
+void collectGridWarnings(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtWarningMsg && qstrcmp(context.category, "panelkestrin.grid") == 0)
+        gridWarnings << message;
+}
+} // namespace
+
+void tst_gridcontrol_structure::unrecognisedTypesAreReported()
+{
+    QFETCH(QString, columns);
+    QFETCH(QString, warning);
+    Database db;
+    db.cn.Execute(QStringLiteral("CREATE TABLE w (%1)").arg(columns));
+    auto rs = db.open(QStringLiteral("SELECT * FROM w"));
+    gridWarnings.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(collectGridWarnings);
+    auto grid = makeGrid(*rs);
+    qInstallMessageHandler(previous);
+
+    if (warning.isEmpty()) {
+        QCOMPARE(gridWarnings, QStringList());
+    } else {
+        QCOMPARE(gridWarnings.size(), 1);
+        QVERIFY2(QRegularExpression(warning).match(gridWarnings.first()).hasMatch(), qPrintable(gridWarnings.first()));
     }
 }
 
