@@ -51,7 +51,7 @@ void gridcontrol::selectEditorText()
 }
 
 // Over the current cell, inset 50 twips from its left and 10 from its top; a cell narrower than
-// 51 twips keeps the editor's width.
+// 51 twips keeps the editor's width. The editor is named after the cell it is over.
 void gridcontrol::placeEditor()
 {
     const int gridLeft = PixelsToTwipsX(flexgrid->x(), this);
@@ -62,6 +62,8 @@ void gridcontrol::placeEditor()
                            TwipsToPixelsY(gridTop + flexgrid->CellTop() + 10, this), width,
                            TwipsToPixelsY(flexgrid->CellHeight() - 10, this));
     TxtAdjust->raise();
+    // A screen reader announces the cell being edited: its column caption and grid row.
+    TxtAdjust->setAccessibleName(tr("%1, row %2").arg(flexgrid->TextMatrix(0, flexgrid->Col())).arg(flexgrid->Row()));
 }
 
 void gridcontrol::flexgrid_EnterCell()

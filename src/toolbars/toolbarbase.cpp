@@ -62,6 +62,7 @@ ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int 
         button->setObjectName(QStringLiteral("Command1_%1").arg(i));
         button->setText(QCoreApplication::translate(context, buttons[i].caption));
         button->setToolTip(QCoreApplication::translate(context, buttons[i].toolTip));
+        button->setAccessibleDescription(button->toolTip()); // what a screen reader says of it
         button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         button->setFocusPolicy(Qt::StrongFocus);
         button->setIconSize(QSize(16, 16));

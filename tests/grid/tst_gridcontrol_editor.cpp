@@ -6,6 +6,7 @@
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/strings.h>
 
+#include <QAccessible>
 #include <QInputMethodEvent>
 #include <QTest>
 
@@ -26,6 +27,7 @@ private slots:
     void nonAsciiKeysReachTheCell();
     void numbersTypeIntoFloatingPointColumns_data();
     void numbersTypeIntoFloatingPointColumns();
+    void editorIsNamedForScreenReaders();
     void moveKeys_data();
     void moveKeys();
     void helpKey();
@@ -167,6 +169,31 @@ void tst_gridcontrol_editor::numbersTypeIntoFloatingPointColumns()
     QFETCH(QString, result);
     g->SaveLastCol();
     QCOMPARE(g->DataArray()(0, 0).toDouble(), result.toDouble());
+}
+
+// The editor tells a screen reader which cell it edits, and follows the moves; the find box is
+// named too.
+void tst_gridcontrol_editor::editorIsNamedForScreenReaders()
+{
+    Database db;
+    db.fillLines(3);
+    auto rsl = db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
+    auto g = makeGrid(*rsl, 3600, QStringLiteral("Item,Qty,Price"));
+    FlexGrid *view = gridcontrolAccess::grid(*g);
+    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    const auto name = [](QWidget *w) { return QAccessible::queryAccessibleInterface(w)->text(QAccessible::Name); };
+
+    view->setRow(3);
+    view->setCol(2);
+    QCOMPARE(name(editor), QStringLiteral("Qty, row 3"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCOMPARE(name(editor), QStringLiteral("Price, row 3"));
+    QTest::keyClick(editor, Qt::Key_Up);
+    QCOMPARE(name(editor), QStringLiteral("Price, row 2"));
+    g->bShowMenu = true;
+    g->GridRowAddnew();
+    QCOMPARE(name(editor), QStringLiteral("Item, row 4"));
+    QCOMPARE(name(g->findChild<QLineEdit *>(QStringLiteral("TxtFind"))), QStringLiteral("Find"));
 }
 
 // Keys typed into the editor; the cell reached, and the grid's rows afterwards.

@@ -10,6 +10,7 @@
 #include <PanelKestrin/usercontrol1.h>
 #include <PanelKestrin/variant.h>
 
+#include <QAccessible>
 #include <QSignalSpy>
 
 using namespace ToolbarTest;
@@ -53,6 +54,8 @@ private slots:
     void accessKeys_data() { addKinds(); }
     void accessKeys();
     void escapeGoesToTheToolbarThatCanUndo();
+    void buttonsDescribeThemselvesToScreenReaders_data() { addKinds(); }
+    void buttonsDescribeThemselvesToScreenReaders();
     void persistence_data() { addKinds(); }
     void persistence();
     void formFileStoresCmdenable();
@@ -132,6 +135,18 @@ void tst_toolbarbase::accessKeys()
     bar->ReadProperties(PropertyBag());
     QTest::keyClick(&host, Qt::Key_Escape);
     QCOMPARE(host.journal, QStringList{"box:Confirm Undo"});
+}
+
+// A screen reader gives each button's tool tip as its description.
+void tst_toolbarbase::buttonsDescribeThemselvesToScreenReaders()
+{
+    QFETCH(QString, kind);
+    std::unique_ptr<ToolbarBase> bar(make(kind));
+    for (int i = 0; QAbstractButton *b = button(bar.get(), i); ++i) {
+        QVERIFY(!b->toolTip().isEmpty());
+        QCOMPARE(b->accessibleDescription(), b->toolTip());
+        QCOMPARE(QAccessible::queryAccessibleInterface(b)->text(QAccessible::Description), b->toolTip());
+    }
 }
 
 void tst_toolbarbase::escapeGoesToTheToolbarThatCanUndo()
