@@ -169,10 +169,13 @@ UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
             emit Deleteclick();
             if (stopped())
                 return Outcome::Stopped;
-            if (!(rs->adoEOF() && rs->BOF()))
+            // Onto the record after the deleted one, or back to the last when it was the last.
+            // A recordset the host left empty has no record to move to.
+            if (!(rs->adoEOF() && rs->BOF())) {
                 rs->MoveNext();
-            if (rs->adoEOF())
-                rs->MovePrevious();
+                if (rs->adoEOF())
+                    rs->MovePrevious();
+            }
         }
         if (rs->BOF() && rs->adoEOF())
             SetButtonStates(true, kAddQuit);

@@ -59,6 +59,8 @@ private slots:
     void permissionGates();
     void editCycle_data();
     void editCycle();
+    void deleteOnlyRecordEndsEmpty_data();
+    void deleteOnlyRecordEndsEmpty();
     void closeQuery_data();
     void closeQuery();
     void stoppedClicksAndErrors();
@@ -193,6 +195,37 @@ void tst_usercontrol1::editCycle()
         QCOMPARE(host.data.rs.AbsolutePosition(), record);
     if (journal.contains("box:")) // Delete asks with the default title and no icon
         QCOMPARE(boxes.styles, QList<int>{vbYesNo});
+}
+
+void tst_usercontrol1::deleteOnlyRecordEndsEmpty_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<int>("record"); // where the recordset stands afterwards; 0: nowhere
+    QTest::newRow("the only record") << 1 << "1" << kEmptyAllowed << 0;
+    QTest::newRow("the last of three") << 3 << "3" << kBrowseAllowed << 2;
+}
+
+void tst_usercontrol1::deleteOnlyRecordEndsEmpty()
+{
+    QFETCH(int, rows);
+    QFETCH(QString, start);
+    QFETCH(QString, mode);
+    QFETCH(int, record);
+    QueryHost host;
+    QVERIFY(host.open(rows, start));
+    host.bar->gAllowAdd = host.bar->gAllowEdit = host.bar->gAllowDelete = true;
+    connect(host.bar, &U::Deleteclick, [&] { host.data.deleteCurrent(); });
+    Boxes boxes(host.journal, {vbYes});
+    click(host.bar, U::btndel);
+    QCOMPARE(host.journal, (QStringList{"box:", "Deleteclick", "refresh1"})); // no error box
+    QCOMPARE(pattern(host.bar), mode);
+    QCOMPARE(host.data.rs.RecordCount(), rows - 1);
+    if (record)
+        QCOMPARE(host.data.rs.AbsolutePosition(), record);
+    else
+        QVERIFY(host.data.rs.BOF() && host.data.rs.adoEOF());
 }
 
 void tst_usercontrol1::closeQuery_data()
