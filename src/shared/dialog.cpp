@@ -30,6 +30,8 @@ Dialog::Dialog(QWidget *owner) : QDialog(owner)
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
     Timer1->setSingleShot(true);
+    // A coarse timer may fire up to 5% early; the message stays its full two seconds.
+    Timer1->setTimerType(Qt::PreciseTimer);
     connect(Timer1, &QTimer::timeout, this, &Dialog::Timer1_Timer);
 }
 

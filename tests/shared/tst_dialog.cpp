@@ -4,6 +4,7 @@
 #include <PanelKestrin/dialog.h>
 #include <PanelKestrin/twips.h>
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPointer>
 #include <QTest>
@@ -18,6 +19,7 @@ class tst_dialog : public QObject
 private slots:
     void showsBesideTheFormAndClosesOnItsTimer_data();
     void showsBesideTheFormAndClosesOnItsTimer();
+    void messageNeverClosesEarly();
 };
 
 void tst_dialog::showsBesideTheFormAndClosesOnItsTimer_data()
@@ -58,6 +60,21 @@ void tst_dialog::showsBesideTheFormAndClosesOnItsTimer()
     dialog->Timer1_Timer(); // the tick after two seconds unloads it
     QTRY_VERIFY(dialog.isNull());
     QVERIFY(!Dialog::current());
+    setBeepHandler(previous);
+}
+
+void tst_dialog::messageNeverClosesEarly()
+{
+    const auto previous = setBeepHandler([] {});
+    QWidget form;
+    form.show();
+    QElapsedTimer shown;
+    shown.start();
+    Dialog::DisplayMsg(QStringLiteral("No Matching Value Found"), &form);
+    QPointer<Dialog> dialog = Dialog::current();
+    QTRY_VERIFY_WITH_TIMEOUT(dialog.isNull(), 5000);
+    const qint64 elapsed = shown.elapsed();
+    QVERIFY2(elapsed >= 2000, qPrintable(QStringLiteral("closed after %1 ms").arg(elapsed)));
     setBeepHandler(previous);
 }
 
