@@ -11,6 +11,7 @@ namespace PanelKestrin {
 enum ErrNumber : int {
     ErrInvalidProcedureCall = 5,
     ErrOverflow = 6,
+    ErrOutOfMemory = 7,
     ErrSubscriptOutOfRange = 9,
     ErrTypeMismatch = 13,
     ErrObjectNotSet = 91,

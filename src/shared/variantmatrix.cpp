@@ -2,17 +2,54 @@
 
 #include <PanelKestrin/runtimeerror.h>
 
+#include <climits>
+#include <new>
+
 namespace PanelKestrin {
 
 namespace {
 const QString kSource = QStringLiteral("VariantMatrix");
 
+// Elements from lower to upper, counted wide so that no pair of bounds overflows.
+qint64 span(int lower, int upper)
+{
+    return qint64(upper) - lower + 1;
+}
+
 void checkBounds(int lower, int upper)
 {
-    if (upper < lower - 1)
+    if (span(lower, upper) < 0)
         throw RuntimeError(ErrSubscriptOutOfRange,
                            QStringLiteral("Subscript out of range: bounds %1 To %2").arg(lower).arg(upper),
                            kSource);
+}
+
+[[noreturn]] void raiseOutOfMemory(qint64 count1, qint64 count2)
+{
+    throw RuntimeError(ErrOutOfMemory,
+                       QStringLiteral("Out of memory: an array of %1 by %2 elements").arg(count1).arg(count2),
+                       kSource);
+}
+
+// The elements of a matrix with these bounds. Counts and offsets are ints, so a dimension or a
+// whole matrix beyond what an int counts is an array that cannot be made (it would need tens of
+// gigabytes of variants in any case).
+qsizetype elementCount(int lower1, int upper1, int lower2, int upper2)
+{
+    const qint64 n1 = span(lower1, upper1), n2 = span(lower2, upper2);
+    if (n1 > INT_MAX || n2 > INT_MAX || (n1 > 0 && n2 > INT_MAX / n1))
+        raiseOutOfMemory(n1, n2);
+    return qsizetype(n1 * n2);
+}
+
+// Gives data `count` elements, new ones Empty; a failed allocation leaves data as it was.
+void resizeStorage(QVector<QVariant> &data, qsizetype count, qint64 count1, qint64 count2)
+{
+    try {
+        data.resize(count);
+    } catch (const std::bad_alloc &) {
+        raiseOutOfMemory(count1, count2);
+    }
 }
 } // namespace
 
@@ -49,7 +86,7 @@ int VariantMatrix::UBound(int dimension) const
 int VariantMatrix::count(int dimension) const
 {
     if (!m_assigned) return 0;
-    return dimension == 1 ? m_upper1 - m_lower1 + 1 : m_upper2 - m_lower2 + 1;
+    return int(dimension == 1 ? span(m_lower1, m_upper1) : span(m_lower2, m_upper2));
 }
 
 int VariantMatrix::offset(int i, int j) const
@@ -60,7 +97,7 @@ int VariantMatrix::offset(int i, int j) const
                            QStringLiteral("Subscript out of range: (%1, %2) outside (%3 To %4, %5 To %6)")
                                .arg(i).arg(j).arg(m_lower1).arg(m_upper1).arg(m_lower2).arg(m_upper2),
                            kSource);
-    return (j - m_lower2) * (m_upper1 - m_lower1 + 1) + (i - m_lower1);
+    return qsizetype(j - m_lower2) * count(1) + (i - m_lower1);
 }
 
 const QVariant &VariantMatrix::operator()(int i, int j) const
@@ -77,20 +114,22 @@ void VariantMatrix::redim(int lower1, int upper1, int lower2, int upper2)
 {
     checkBounds(lower1, upper1);
     checkBounds(lower2, upper2);
+    QVector<QVariant> data;
+    resizeStorage(data, elementCount(lower1, upper1, lower2, upper2), span(lower1, upper1), span(lower2, upper2));
     m_assigned = true;
     m_lower1 = lower1;
     m_upper1 = upper1;
     m_lower2 = lower2;
     m_upper2 = upper2;
-    m_data = QVector<QVariant>(qsizetype(upper1 - lower1 + 1) * (upper2 - lower2 + 1));
+    m_data = std::move(data);
 }
 
 void VariantMatrix::redimPreserve(int upper2)
 {
     checkAssigned();
     checkBounds(m_lower2, upper2);
+    resizeStorage(m_data, elementCount(m_lower1, m_upper1, m_lower2, upper2), count(1), span(m_lower2, upper2));
     m_upper2 = upper2;
-    m_data.resize(qsizetype(m_upper1 - m_lower1 + 1) * (upper2 - m_lower2 + 1));
 }
 
 void VariantMatrix::erase()

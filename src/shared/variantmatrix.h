@@ -11,7 +11,9 @@ namespace PanelKestrin {
 // stored column-major with the first index (the field) varying fastest, so that growing the
 // second dimension (the rows) keeps every element where it was. An unassigned matrix has no
 // bounds: any use of it raises run-time error 9, as does any index outside the bounds.
-// A dimension may be empty (upper bound = lower bound - 1).
+// A dimension may be empty (upper bound = lower bound - 1). Bounds whose elements cannot be
+// allocated, or that a dimension's or the whole matrix's int count could not hold, raise
+// run-time error 7 (out of memory) and leave the matrix as it was.
 class PANELKESTRIN_EXPORT VariantMatrix
 {
 public:

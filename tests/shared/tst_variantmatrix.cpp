@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <climits>
+
 using namespace PanelKestrin;
 
 class tst_variantmatrix : public QObject
@@ -16,6 +18,8 @@ private slots:
     void subscriptErrors();
     void redimPreserveKeepsContents();
     void emptyDimensionGrows();
+    void hugeBoundsRaiseOutOfMemory_data();
+    void hugeBoundsRaiseOutOfMemory();
 };
 
 void tst_variantmatrix::subscriptErrors_data()
@@ -73,6 +77,45 @@ void tst_variantmatrix::emptyDimensionGrows()
     m(2, 0) = Null();
     QVERIFY(isNull(m(2, 0)));
     QVERIFY(isEmpty(m(0, 0)));
+}
+
+namespace {
+using Change = std::function<void(VariantMatrix &)>;
+
+VariantMatrix filled(int upper1, int upper2)
+{
+    VariantMatrix m(0, upper1, 0, upper2);
+    m(upper1, upper2) = 42;
+    return m;
+}
+} // namespace
+Q_DECLARE_METATYPE(Change)
+
+void tst_variantmatrix::hugeBoundsRaiseOutOfMemory_data()
+{
+    QTest::addColumn<VariantMatrix>("start");
+    QTest::addColumn<Change>("change");
+    QTest::newRow("99999 by 99999") << VariantMatrix()
+                                    << Change([](VariantMatrix &m) { m = VariantMatrix(0, 99999, 0, 99999); });
+    QTest::newRow("more fields than an int counts, no rows")
+        << VariantMatrix() << Change([](VariantMatrix &m) { m.redim(0, INT_MAX, 0, -1); });
+    QTest::newRow("the whole int range") << VariantMatrix()
+                                         << Change([](VariantMatrix &m) { m.redim(0, 0, INT_MIN, INT_MAX); });
+    QTest::newRow("product past an int") << VariantMatrix()
+                                         << Change([](VariantMatrix &m) { m.redim(1, 65536, 1, 32768); });
+    QTest::newRow("redim keeps the old array") << filled(1, 1)
+                                               << Change([](VariantMatrix &m) { m.redim(0, 99999, 0, 99999); });
+    QTest::newRow("redimPreserve keeps the old rows") << filled(9, 0)
+                                                      << Change([](VariantMatrix &m) { m.redimPreserve(INT_MAX - 1); });
+}
+
+void tst_variantmatrix::hugeBoundsRaiseOutOfMemory()
+{
+    QFETCH(VariantMatrix, start);
+    QFETCH(Change, change);
+    VariantMatrix m = start;
+    QCOMPARE(errorNumberOf([&] { change(m); }), 7);
+    QVERIFY(m == start);
 }
 
 QTEST_GUILESS_MAIN(tst_variantmatrix)
