@@ -3,7 +3,6 @@
 #include "data/connection_p.h"
 #include "data/connectionstring_p.h"
 #include "data/dataerror_p.h"
-#include "data/sqltext_p.h"
 
 #include <PanelKestrin/variant.h>
 
@@ -252,7 +251,7 @@ qint32 Connection::run(const QString &CommandText, const QVariantList *Parameter
         raiseDataError(ErrCommandFailed, tr("%1 (statement: %2)").arg(message, CommandText), kSource);
     };
     bool several = false;
-    const QString sql = singleStatement(CommandText, several);
+    const QString sql = d->metadata->singleStatement(CommandText, Parameters != nullptr, several);
     if (several)
         rejected(tr("Only one statement can be run at a time."));
 

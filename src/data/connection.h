@@ -47,7 +47,9 @@ public:
     Q_INVOKABLE void Open(const QString &ConnectionString = QString(), const QString &UserID = QString(),
                           const QString &Password = QString(), qint32 Options = -1);
     // Runs one statement and returns the records it affected (0 for one that changes no rows,
-    // -1 for a query). Statements the database rejects raise -2147217900 with its message.
+    // -1 for a query). Statements the database rejects raise -2147217900 with its message;
+    // so does text in which the database's parser finds a second statement, and none of it
+    // runs. Blanks, comments and empty ';' around the statement are not a statement.
     Q_INVOKABLE qint32 Execute(const QString &CommandText);
     // The same with '?' placeholders bound to the parameters in order (Null() binds NULL).
     Q_INVOKABLE qint32 Execute(const QString &CommandText, const QVariantList &Parameters);

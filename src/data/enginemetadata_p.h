@@ -55,6 +55,13 @@ public:
     // the mark (0 for a statement that changes no rows, such as CREATE TABLE).
     virtual qint64 changeMark() const { return 0; }
     virtual qint32 recordsAffected(const QSqlQuery &query, qint64 markBefore) const = 0;
+
+    // The one statement `text` holds, as the driver is to receive it. Where a statement ends
+    // is the engine's own parser's answer, so quoting of any kind the engine knows counts.
+    // `several` is set when the engine finds a second statement; the text must then not run
+    // at all. `withParameters`: the text carries '?' markers for bound values, which the
+    // statement returned carries as the driver will send them.
+    virtual QString singleStatement(const QString &text, bool withParameters, bool &several) = 0;
 };
 
 // The SQLite one checks that the Qt driver runs the very SQLite library linked here (its

@@ -1,8 +1,10 @@
 #include "data/dataerror_p.h"
 #include "data/enginemetadata_p.h"
+#include "data/sqltext_p.h"
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -83,10 +85,23 @@ void setTypeFromOid(ColumnInfo &c, Oid type, int modifier)
     }
 }
 
+PGconn *postgresHandle(const QSqlDatabase &database)
+{
+    const QVariant handle = database.driver() ? database.driver()->handle() : QVariant();
+    // The driver registers the handle under the struct's own name, pg_conn*.
+    if (!handle.isValid()
+        || (qstrcmp(handle.typeName(), "pg_conn*") != 0 && qstrcmp(handle.typeName(), "PGconn*") != 0))
+        return nullptr;
+    return *static_cast<PGconn *const *>(handle.constData());
+}
+
 class PostgresMetadata final : public EngineMetadata
 {
 public:
-    explicit PostgresMetadata(const QSqlDatabase &database) : m_database(database) {}
+    PostgresMetadata(const QSqlDatabase &database, PGconn *connection)
+        : m_database(database), m_connection(connection)
+    {
+    }
 
     QVector<ColumnInfo> describeResult(const QSqlQuery &query, const QString &statement) override;
     void completeDescription(QVector<ColumnInfo> &columns) override;
@@ -96,6 +111,7 @@ public:
     {
         return query.isSelect() ? -1 : query.numRowsAffected();
     }
+    QString singleStatement(const QString &text, bool withParameters, bool &several) override;
 
 private:
     [[noreturn]] void raiseCatalogError(const QSqlQuery &q) const
@@ -107,7 +123,10 @@ private:
                        kSource);
     }
 
+    void runQuietly(const char *command) const { PQclear(PQexec(m_connection, command)); }
+
     QSqlDatabase m_database;
+    PGconn *m_connection;
 };
 
 QVector<ColumnInfo> PostgresMetadata::describeResult(const QSqlQuery &query, const QString &)
@@ -185,6 +204,38 @@ void PostgresMetadata::completeDescription(QVector<ColumnInfo> &columns)
     }
 }
 
+// The server decides: a statement prepared through the extended query protocol must be a
+// single one, and the server refuses text holding more with a syntax error that, unlike a real
+// syntax error, points at no position in the text. Preparing runs nothing. Text the server
+// refuses for another reason goes to the driver, which gets the same answer (the whole text is
+// parsed before any of it runs). Inside the host's transaction a savepoint keeps the check
+// from aborting it. The driver numbers '?' markers before it prepares, so the statement
+// checked is the numbered one, and that is the one returned to run.
+QString PostgresMetadata::singleStatement(const QString &text, bool withParameters, bool &several)
+{
+    several = false;
+    const QString sql = withParameters ? numberedMarkers(text) : text;
+    const bool inTransaction = PQtransactionStatus(m_connection) == PQTRANS_INTRANS;
+    if (inTransaction)
+        runQuietly("SAVEPOINT panelkestrin_statement_check");
+    PGresult *result = PQprepare(m_connection, "", sql.toUtf8().constData(), 0, nullptr);
+    if (!result)
+        raiseDataError(ErrCommandFailed,
+                       QCoreApplication::translate("PanelKestrin::Connection", "%1 (statement: %2)")
+                           .arg(QString::fromUtf8(PQerrorMessage(m_connection)).trimmed(), text),
+                       kSource);
+    const bool prepared = PQresultStatus(result) == PGRES_COMMAND_OK;
+    several = !prepared && qstrcmp(PQresultErrorField(result, PG_DIAG_SQLSTATE), "42601") == 0
+              && !PQresultErrorField(result, PG_DIAG_STATEMENT_POSITION);
+    PQclear(result);
+    if (inTransaction) {
+        if (!prepared)
+            runQuietly("ROLLBACK TO SAVEPOINT panelkestrin_statement_check");
+        runQuietly("RELEASE SAVEPOINT panelkestrin_statement_check");
+    }
+    return sql;
+}
+
 QVector<PrimaryKeyColumn> PostgresMetadata::primaryKeys(const QString &catalog, const QString &schema,
                                                         const QString &table)
 {
@@ -231,7 +282,14 @@ QVector<PrimaryKeyColumn> PostgresMetadata::primaryKeys(const QString &catalog, 
 
 std::unique_ptr<EngineMetadata> createPostgresMetadata(const QSqlDatabase &database)
 {
-    return std::make_unique<PostgresMetadata>(database);
+    PGconn *connection = postgresHandle(database);
+    if (!connection)
+        raiseDataError(ErrOpenFailed,
+                       QCoreApplication::translate("PanelKestrin::Connection",
+                                                   "The PostgreSQL database cannot be used: the Qt driver gives no "
+                                                   "connection handle."),
+                       kSource);
+    return std::make_unique<PostgresMetadata>(database, connection);
 }
 
 } // namespace PanelKestrin

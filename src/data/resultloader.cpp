@@ -3,7 +3,6 @@
 #include "data/connection_p.h"
 #include "data/dataerror_p.h"
 #include "data/enginemetadata_p.h"
-#include "data/sqltext_p.h"
 #include "data/valueconversion_p.h"
 
 #include <PanelKestrin/variant.h>
@@ -86,7 +85,7 @@ int readRows(Rows &source, const ValueConverter *converters, int fieldCount, Var
 LoadedResult loadResult(ConnectionPrivate &connection, const QString &statement)
 {
     bool several = false;
-    const QString sql = singleStatement(statement, several);
+    const QString sql = connection.metadata->singleStatement(statement, false, several);
     if (several)
         raiseRejected(QCoreApplication::translate("PanelKestrin::Recordset",
                                                   "Only one statement can be run at a time."),

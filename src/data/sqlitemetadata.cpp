@@ -136,6 +136,7 @@ public:
         // statement that changed nothing is told apart by the total not having moved.
         return sqlite3_total_changes64(m_handle) == markBefore ? 0 : sqlite3_changes(m_handle);
     }
+    QString singleStatement(const QString &text, bool withParameters, bool &several) override;
 
 private:
     QSqlDatabase m_database;
@@ -181,6 +182,40 @@ QVector<ColumnInfo> SqliteMetadata::describeResult(const QSqlQuery &query, const
     }
     sqlite3_finalize(stmt);
     return columns;
+}
+
+// SQLite compiles one statement at a time and says where the text after it begins. Compiling
+// that rest in turn tells blanks, comments and empty ';' (nothing to compile) from a further
+// statement; a rest that does not compile is a further statement too. Compiling runs nothing.
+QString SqliteMetadata::singleStatement(const QString &text, bool, bool &several)
+{
+    several = false;
+    const auto *begin = reinterpret_cast<const char16_t *>(text.utf16());
+    const char16_t *const end = begin + text.size();
+    const char16_t *rest = begin;
+    qsizetype first = -1, last = -1; // the statement's range in text
+    while (rest < end) {
+        sqlite3_stmt *stmt = nullptr;
+        const void *tail = nullptr;
+        const int rc = sqlite3_prepare16_v2(m_handle, rest, int((end - rest) * sizeof(char16_t)), &stmt, &tail);
+        const bool compiled = stmt != nullptr;
+        sqlite3_finalize(stmt);
+        if (first >= 0 && (rc != SQLITE_OK || compiled)) {
+            several = true;
+            return text;
+        }
+        if (rc != SQLITE_OK)
+            return text.mid(rest - begin); // the statement does not compile: the driver says why
+        const auto *next = static_cast<const char16_t *>(tail);
+        if (compiled) {
+            first = rest - begin;
+            last = next - begin;
+        }
+        if (!next || next <= rest)
+            break;
+        rest = next;
+    }
+    return first < 0 ? text : text.mid(first, last - first);
 }
 
 QVector<PrimaryKeyColumn> SqliteMetadata::primaryKeys(const QString &catalog, const QString &schema,

@@ -8,11 +8,9 @@ namespace PanelKestrin {
 // sales.orders, which a recordset reads as every row of that table.
 bool isBareTableName(const QString &text);
 
-// The one statement the text holds, cut before its terminating ';' (outside quotes, quoted
-// identifiers, dollar-quoted strings and comments) so that blanks, comments or further ';'
-// after it do not reach the driver. `several` is set when anything else follows a ';':
-// connections run one statement per call, so a value pasted into a statement can never
-// append a second one.
-QString singleStatement(const QString &text, bool &several);
+// The text with each '?' marker for a bound value replaced by $1, $2 ... in order, as the
+// PostgreSQL driver numbers them before it prepares a statement: a '?' between single quotes,
+// double quotes or backquotes stays as it is.
+QString numberedMarkers(const QString &text);
 
 } // namespace PanelKestrin

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void parametersAreBoundInOrder();
     void statementText_data();
     void statementText();
+    void parametersCarryNoSecondStatement_data();
+    void parametersCarryNoSecondStatement();
     void primaryKeySchema_data();
     void primaryKeySchema();
     void closedConnection();
@@ -183,6 +185,11 @@ void tst_Connection::statementText_data()
     FOR_EACH_ENGINE("doubled quote") << "SELECT 'it''s;' AS v" << false << "it's;";
     FOR_EACH_ENGINE("; in a quoted name") << "SELECT \"v;\" AS v FROM (SELECT 'q' AS \"v;\") t" << false << "q";
     FOR_EACH_ENGINE("trailing ; and comment") << "SELECT 'x' AS v; -- done" << false << "x";
+    // Blanks, comments and empty statements around the statement are not a second one.
+    FOR_EACH_ENGINE("empty statements and comments around it")
+        << "; /* first */ ;\n SELECT 'x' AS v ;; -- done\n /* really */ ;  " << false << "x";
+    QTest::newRow("sqlite: ; in a bracketed name is no second statement")
+        << "sqlite" << "SELECT [v;w] AS v FROM (SELECT 'q' AS [v;w])" << false << "q";
     QTest::newRow("postgres: dollar quoted") << "postgres" << "SELECT $t$;'$t$ AS v" << false << ";'";
     QTest::newRow("postgres: escape string") << "postgres" << "SELECT E'\\';' AS v" << false << "';";
     // Refused, and nothing of it runs.
@@ -192,6 +199,8 @@ void tst_Connection::statementText_data()
                                         << "one statement";
     FOR_EACH_ENGINE("statement after a comment")
         << "UPDATE rj_items SET n = 0 /* ; */; -- x\nDELETE FROM rj_items" << true << "one statement";
+    FOR_EACH_ENGINE("second statement after a quoted ;")
+        << "UPDATE rj_items SET n = 0 WHERE 'a;b' <> \"n;\"; DELETE FROM rj_items" << true << "one statement";
 }
 
 void tst_Connection::statementText()
@@ -219,6 +228,35 @@ void tst_Connection::statementText()
     rs.Open(QStringLiteral("SELECT n FROM rj_items"), &cn);
     QCOMPARE(rs.GetRows(-1, 1).value(0, 0), QVariant(5));
     QCOMPARE(rs.RecordCount(), 1);
+}
+
+void tst_Connection::parametersCarryNoSecondStatement_data()
+{
+    QTest::addColumn<QString>("engine");
+    FOR_EACH_ENGINE("markers");
+}
+
+void tst_Connection::parametersCarryNoSecondStatement()
+{
+    QFETCH(QString, engine);
+    Connection cn;
+    OPEN_ENGINE(cn, engine, m_dir);
+    DataTest::recreateTable(cn, QStringLiteral("pm_items"), QStringLiteral("n INTEGER, note VARCHAR(10)"));
+    cn.Execute(QStringLiteral("INSERT INTO pm_items VALUES (5, 'a;?')"));
+    const QString two = QStringLiteral("UPDATE pm_items SET n = ?; DELETE FROM pm_items");
+    const auto error = capture([&] { cn.Execute(two, {1}); });
+    QCOMPARE(error.number, int(ErrCommandFailed));
+    QVERIFY2(error.description.contains(QLatin1String("one statement")), qPrintable(error.description));
+    // A '?' in a string is no marker; the markers outside it take the values in order.
+    QCOMPARE(cn.Execute(QStringLiteral("UPDATE pm_items SET n = ? WHERE note = 'a;?' AND n = ?;"), {7, 5}), 1);
+    // Inside the host's transaction a refused text leaves the transaction usable.
+    cn.Execute(QStringLiteral("BEGIN"));
+    QCOMPARE(capture([&] { cn.Execute(two, {2}); }).number, int(ErrCommandFailed));
+    QCOMPARE(cn.Execute(QStringLiteral("UPDATE pm_items SET n = n + 1")), 1);
+    cn.Execute(QStringLiteral("COMMIT"));
+    Recordset rs;
+    rs.Open(QStringLiteral("SELECT n FROM pm_items"), &cn);
+    QCOMPARE(rs.GetRows(-1, 1).value(0, 0).toInt(), 8);
 }
 
 void tst_Connection::primaryKeySchema_data()
