@@ -11,6 +11,7 @@
 #include <PanelKestrin/strings.h>
 
 #include "printing/frmprint_p.h"
+#include "toolbars/toolbarbase_p.h"
 #include "toolbars/toolbarbutton_p.h"
 
 #include <QCoreApplication>
@@ -37,13 +38,18 @@ constexpr int kPrintFormOffsetTwips = 350;
 
 } // namespace
 
-ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int count, qint16 undoIndex,
-                         qint16 saveIndex, QWidget *parent)
-    : QWidget(parent),
+ToolbarBasePrivate::ToolbarBasePrivate(ToolbarBase *toolbar, const char *context, qint16 undoIndex, qint16 saveIndex)
+    : q(toolbar),
       m_context(QString::fromLatin1(context)),
       m_source(QString(m_context).replace(QLatin1String("::"), QLatin1String("."))),
       m_undoIndex(undoIndex),
       m_saveIndex(saveIndex)
+{
+}
+
+ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int count, qint16 undoIndex,
+                         qint16 saveIndex, QWidget *parent)
+    : QWidget(parent), d(std::make_unique<ToolbarBasePrivate>(this, context, undoIndex, saveIndex))
 {
     auto *frame = new QFrame(this);
     frame->setObjectName(QStringLiteral("Frame1"));
@@ -56,7 +62,7 @@ ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int 
     outer->addWidget(frame);
     outer->addStretch(1);
 
-    m_buttons.reserve(count);
+    d->m_buttons.reserve(count);
     for (int i = 0; i < count; ++i) {
         auto *button = new QToolButton(frame);
         button->setObjectName(QStringLiteral("Command1_%1").arg(i));
@@ -68,7 +74,7 @@ ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int 
         button->setIconSize(QSize(16, 16));
         row->addWidget(button);
         connect(button, &QAbstractButton::clicked, this, [this, i] { runGuarded(qint16(i)); });
-        m_buttons.append(button);
+        d->m_buttons.append(button);
     }
 
     // Start-up: button i shows image-list item i + 1 (the list holds the pictures in button
@@ -77,67 +83,77 @@ ToolbarBase::ToolbarBase(const char *context, const ToolbarButton *buttons, int 
         return QIcon(QStringLiteral(":/panelkestrin/toolbars/%1.xpm").arg(QLatin1String(buttons[item - 1].picture)));
     };
     for (int i = 0; i < count; ++i)
-        m_buttons.at(i)->setIcon(imageListItem(i + 1));
+        d->m_buttons.at(i)->setIcon(imageListItem(i + 1));
     reportParameters().resetForToolbarStart();
 
-    createAccessKeys();
+    d->createAccessKeys();
     fitButtons();
 }
 
 ToolbarBase::~ToolbarBase() = default;
 
-void ToolbarBase::createAccessKeys()
+qint16 ToolbarBase::lastIndex() const
+{
+    return qint16(d->m_buttons.size() - 1);
+}
+
+QString ToolbarBase::errorSource() const
+{
+    return d->m_source;
+}
+
+void ToolbarBasePrivate::createAccessKeys()
 {
     // Esc belongs to the toolbar only while its Undo button is the form's cancel button and is
     // enabled, so that two toolbars on one form do not compete for it and a dialog host keeps
     // Esc otherwise. Alt+W is the toolbar's own key; with two toolbars it alternates.
     const auto accessKey = [this](QKeySequence key, qint16 KeyAscii) {
-        auto *shortcut = new QShortcut(key, this);
+        auto *shortcut = new QShortcut(key, q);
         shortcut->setContext(Qt::WindowShortcut);
         const auto press = [this, KeyAscii] {
-            guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { AccessKeyPress(KeyAscii); });
+            guardEvent(m_source + QStringLiteral(".AccessKeyPress"), [&] { q->AccessKeyPress(KeyAscii); });
         };
-        connect(shortcut, &QShortcut::activated, this, press);
-        connect(shortcut, &QShortcut::activatedAmbiguously, this, press);
+        QObject::connect(shortcut, &QShortcut::activated, q, press);
+        QObject::connect(shortcut, &QShortcut::activatedAmbiguously, q, press);
         return shortcut;
     };
     m_escape = accessKey(QKeySequence(Qt::Key_Escape), kKeyEscape);
     accessKey(QKeySequence(Qt::ALT | Qt::Key_W), kKeyLowerW);
-    m_buttons.at(m_undoIndex)->installEventFilter(this);
+    m_buttons.at(m_undoIndex)->installEventFilter(q);
     updateEscapeKey();
 }
 
-void ToolbarBase::updateEscapeKey()
+void ToolbarBasePrivate::updateEscapeKey()
 {
     m_escape->setEnabled(m_undoCancel && m_buttons.at(m_undoIndex)->isEnabled());
 }
 
 bool ToolbarBase::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::EnabledChange && watched == m_buttons.at(m_undoIndex))
-        updateEscapeKey();
+    if (event->type() == QEvent::EnabledChange && watched == d->m_buttons.at(d->m_undoIndex))
+        d->updateEscapeKey();
     return QWidget::eventFilter(watched, event);
 }
 
 void ToolbarBase::fitButtons()
 {
     QSize size;
-    for (QAbstractButton *button : qAsConst(m_buttons))
+    for (QAbstractButton *button : qAsConst(d->m_buttons))
         size = size.expandedTo(button->sizeHint());
-    for (QAbstractButton *button : qAsConst(m_buttons))
+    for (QAbstractButton *button : qAsConst(d->m_buttons))
         button->setFixedSize(size);
 }
 
 void ToolbarBase::runGuarded(qint16 Index)
 {
-    guardEvent(m_source + QStringLiteral(".Command1_Click"), [&] { Command1_Click(Index); });
+    guardEvent(d->m_source + QStringLiteral(".Command1_Click"), [&] { Command1_Click(Index); });
 }
 
 QAbstractButton *ToolbarBase::Command1(int Index) const
 {
-    if (Index < 0 || Index >= m_buttons.size())
-        throw RuntimeError(ErrInvalidPropertyValue, QStringLiteral("Command1(%1)").arg(Index), m_source);
-    return m_buttons.at(Index);
+    if (Index < 0 || Index >= d->m_buttons.size())
+        throw RuntimeError(ErrInvalidPropertyValue, QStringLiteral("Command1(%1)").arg(Index), d->m_source);
+    return d->m_buttons.at(Index);
 }
 
 bool ToolbarBase::buttonEnabled(int Index) const
@@ -149,20 +165,20 @@ bool ToolbarBase::buttonEnabled(int Index) const
 
 QString ToolbarBase::cmdenable() const
 {
-    return m_cmdenableText;
+    return d->m_cmdenableText;
 }
 
 void ToolbarBase::setcmdenable(const QString &cmdenable)
 {
-    m_cmdenableText = cmdenable;
+    d->m_cmdenableText = cmdenable;
     for (int i = 0; i <= lastIndex(); ++i)
-        m_buttons.at(i)->setEnabled(Mid(cmdenable, i + 1, 1) != QLatin1String("0"));
+        d->m_buttons.at(i)->setEnabled(Mid(cmdenable, i + 1, 1) != QLatin1String("0"));
     emit PropertyChanged(QStringLiteral("cmdenable"));
 }
 
 void ToolbarBase::setCmdenable(const QString &cmdenable)
 {
-    m_cmdenableText = cmdenable;
+    d->m_cmdenableText = cmdenable;
 }
 
 void ToolbarBase::SetButtonStates(bool Enable, const QVariantList &Buttons)
@@ -178,7 +194,7 @@ void ToolbarBase::SetButtonStates(bool Enable, const QVariantList &Buttons)
             }
         }
         const bool plain = listed ? Enable : !Enable;
-        m_buttons.at(i)->setEnabled(gatedState(i, plain, listed));
+        d->m_buttons.at(i)->setEnabled(gatedState(i, plain, listed));
     }
 }
 
@@ -191,11 +207,11 @@ void ToolbarBase::AccessKeyPress(qint16 KeyAscii)
 {
     switch (KeyAscii) {
     case kKeyEscape:
-        if (buttonEnabled(m_undoIndex))
-            Command1_Click(m_undoIndex);
+        if (buttonEnabled(d->m_undoIndex))
+            Command1_Click(d->m_undoIndex);
         break;
     case kKeyLowerW:
-        Command1(m_saveIndex)->setFocus(Qt::ShortcutFocusReason);
+        Command1(d->m_saveIndex)->setFocus(Qt::ShortcutFocusReason);
         break;
     default:
         break;
@@ -206,23 +222,23 @@ void ToolbarBase::AccessKeyPress(qint16 KeyAscii)
 
 void ToolbarBase::InitProperties()
 {
-    m_cmdenableText = cmdenable();
-    m_Default = false;
+    d->m_cmdenableText = cmdenable();
+    d->m_Default = false;
 }
 
 void ToolbarBase::ReadProperties(const PropertyBag &PropBag)
 {
-    m_cmdenableText = PropBag.ReadProperty(kBagCmdenable, kDefaultCmdenable).toString();
-    m_undoCancel = CBool(PropBag.ReadProperty(kBagCancel, false));
-    updateEscapeKey();
-    m_Default = CBool(PropBag.ReadProperty(kBagDefault, false));
+    d->m_cmdenableText = PropBag.ReadProperty(kBagCmdenable, kDefaultCmdenable).toString();
+    d->m_undoCancel = CBool(PropBag.ReadProperty(kBagCancel, false));
+    d->updateEscapeKey();
+    d->m_Default = CBool(PropBag.ReadProperty(kBagDefault, false));
 }
 
 void ToolbarBase::WriteProperties(PropertyBag &PropBag) const
 {
-    PropBag.WriteProperty(kBagCmdenable, m_cmdenableText, kDefaultCmdenable);
-    PropBag.WriteProperty(kBagCancel, m_undoCancel, false);
-    PropBag.WriteProperty(kBagDefault, m_Default, false);
+    PropBag.WriteProperty(kBagCmdenable, d->m_cmdenableText, kDefaultCmdenable);
+    PropBag.WriteProperty(kBagCancel, d->m_undoCancel, false);
+    PropBag.WriteProperty(kBagDefault, d->m_Default, false);
 }
 
 // --- Report properties ---------------------------------------------------------------------------
@@ -317,7 +333,7 @@ Recordset *ToolbarBase::recordset() const
     if (!rs)
         throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
                                                 + QStringLiteral(": srset"),
-                           m_source);
+                           d->m_source);
     return rs;
 }
 

@@ -6,16 +6,17 @@
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
-#include <QVector>
 #include <QWidget>
 
+#include <memory>
+
 class QAbstractButton;
-class QShortcut;
 
 namespace PanelKestrin {
 
 class PropertyBag;
 class Recordset;
+class ToolbarBasePrivate;
 struct ToolbarButton;
 
 // What the three command toolbars share: one row of buttons Command1_0 ... Command1_n in the
@@ -93,7 +94,7 @@ protected:
                 qint16 saveIndex, QWidget *parent);
 
     QAbstractButton *Command1(int Index) const;
-    qint16 lastIndex() const { return qint16(m_buttons.size() - 1); }
+    qint16 lastIndex() const;
     bool buttonEnabled(int Index) const;
 
     // Enables exactly the listed buttons and disables the others (Enable true), or the reverse
@@ -118,7 +119,7 @@ protected:
     void storeReportToPrint(const QString &ReportToPrint);
 
     // The Source of the errors the toolbar raises ("PanelKestrin.TrnControl" ...).
-    QString errorSource() const { return m_source; }
+    QString errorSource() const;
     // Gives the buttons one common size after their fonts changed.
     void fitButtons();
     // Runs a user event's command so that no error reaches the event loop.
@@ -127,19 +128,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void createAccessKeys();
-    void updateEscapeKey();
-
-    QString m_context;
-    QString m_source;
-    QVector<QAbstractButton *> m_buttons;
-    qint16 m_undoIndex;
-    qint16 m_saveIndex;
-    QShortcut *m_escape = nullptr;
-    // The Undo button's Cancel: Esc on the host form presses it (designed on).
-    bool m_undoCancel = true;
-    QString m_cmdenableText;
-    bool m_Default = false;
+    friend class ToolbarBasePrivate;
+    std::unique_ptr<ToolbarBasePrivate> const d;
 };
 
 } // namespace PanelKestrin

@@ -40,8 +40,33 @@ const QVariantList kAddQuit = {Btn::btnadd, Btn::btnquit};
 
 } // namespace
 
+// A click's steps and what the toolbar remembers between clicks.
+class UserControl1Private
+{
+public:
+    explicit UserControl1Private(UserControl1 *toolbar) : q(toolbar) {}
+
+    // How a command's own step ended: go on to the closing step, stopped by the host (report
+    // what is pending), or ended with nothing more to do.
+    enum class Outcome { Continue, Stopped, Ended };
+    Outcome runCommand(qint16 Index, int &answer);
+    void closingStep(qint16 Index, int answer);
+    void reportPendingError();
+    int confirmUndo() const;
+    static bool atEitherEnd(Recordset *rs);
+
+    UserControl1 *const q;
+    // Save ends an Add rather than an Edit.
+    bool m_addMode = false;
+    // The host form's answer to "Validatefields".
+    bool m_saveValid = false;
+    // srset's bookmark after the last command, or the whole number 0 at either end.
+    QVariant m_savedPosition = 0;
+};
+
 UserControl1::UserControl1(QWidget *parent)
-    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent)
+    : ToolbarBase(PK_CONTEXT, kButtons, int(std::size(kButtons)), btnundo, btnsave, parent),
+      d(std::make_unique<UserControl1Private>(this))
 {
     for (int i = 0; i <= lastIndex(); ++i) {
         QFont font = Command1(i)->font();
@@ -50,6 +75,8 @@ UserControl1::UserControl1(QWidget *parent)
     }
     fitButtons();
 }
+
+UserControl1::~UserControl1() = default;
 
 void UserControl1::setReportToPrint(const QString &ReportToPrint)
 {
@@ -73,14 +100,14 @@ bool UserControl1::gatedState(int Index, bool plain, bool listed) const
     }
 }
 
-bool UserControl1::atEitherEnd(Recordset *rs) const
+bool UserControl1Private::atEitherEnd(Recordset *rs)
 {
     return rs->BOF() || rs->adoEOF();
 }
 
-int UserControl1::confirmUndo() const
+int UserControl1Private::confirmUndo() const
 {
-    if (!gFormIsDirty)
+    if (!q->gFormIsDirty)
         return vbYes;
     return MsgBox(QCoreApplication::translate(PK_CONTEXT, "Are you Sure...All Changes will be Lost"),
                   vbYesNo + vbQuestion, QCoreApplication::translate(PK_CONTEXT, "Confirm Undo"));
@@ -91,82 +118,82 @@ void UserControl1::Command1_Click(qint16 Index)
     gErrorInClick = false;
     try {
         int answer = 0;
-        switch (runCommand(Index, answer)) {
-        case Outcome::Ended:
+        switch (d->runCommand(Index, answer)) {
+        case UserControl1Private::Outcome::Ended:
             return;
-        case Outcome::Stopped:
-            reportPendingError();
+        case UserControl1Private::Outcome::Stopped:
+            d->reportPendingError();
             return;
-        case Outcome::Continue:
+        case UserControl1Private::Outcome::Continue:
             break;
         }
-        closingStep(Index, answer);
+        d->closingStep(Index, answer);
     } catch (const RuntimeError &error) {
         Err().setFrom(error);
-        reportPendingError();
+        d->reportPendingError();
     }
 }
 
-UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
+UserControl1Private::Outcome UserControl1Private::runCommand(qint16 Index, int &answer)
 {
-    const auto stopped = [this] { return gErrorInClick; };
+    const auto stopped = [this] { return q->gErrorInClick; };
     switch (Index) {
-    case btntop:
-        recordset()->MoveFirst();
+    case UserControl1::btntop:
+        q->recordset()->MoveFirst();
         if (stopped())
             return Outcome::Stopped;
-        SetButtonStates(false, kAtFirst);
+        q->SetButtonStates(false, kAtFirst);
         break;
-    case btnprev: {
-        Recordset *rs = recordset();
+    case UserControl1::btnprev: {
+        Recordset *rs = q->recordset();
         if (!rs->BOF())
             rs->MovePrevious();
         if (stopped())
             return Outcome::Stopped;
         if (rs->BOF()) {
             rs->MoveFirst();
-            SetButtonStates(false, kAtFirst);
+            q->SetButtonStates(false, kAtFirst);
         } else {
-            SetButtonStates(false, kSaveUndo);
+            q->SetButtonStates(false, kSaveUndo);
         }
         break;
     }
-    case btnnext: {
-        Recordset *rs = recordset();
+    case UserControl1::btnnext: {
+        Recordset *rs = q->recordset();
         if (!rs->adoEOF())
             rs->MoveNext();
         if (stopped())
             return Outcome::Stopped;
         if (rs->adoEOF()) {
             rs->MoveLast();
-            SetButtonStates(false, kAtLast);
+            q->SetButtonStates(false, kAtLast);
         } else {
-            SetButtonStates(false, kSaveUndo);
+            q->SetButtonStates(false, kSaveUndo);
         }
         break;
     }
-    case btnlast:
-        recordset()->MoveLast();
+    case UserControl1::btnlast:
+        q->recordset()->MoveLast();
         if (stopped())
             return Outcome::Stopped;
-        SetButtonStates(false, kAtLast);
+        q->SetButtonStates(false, kAtLast);
         break;
-    case btnadd:
-        SetButtonStates(true, kSaveUndo);
+    case UserControl1::btnadd:
+        q->SetButtonStates(true, kSaveUndo);
         m_addMode = true;
-        emit addclick();
+        emit q->addclick();
         break;
-    case btnedit:
-        SetButtonStates(true, kSaveUndo);
+    case UserControl1::btnedit:
+        q->SetButtonStates(true, kSaveUndo);
         m_addMode = false;
-        m_savedPosition = recordset()->Bookmark();
-        emit editclick();
+        m_savedPosition = q->recordset()->Bookmark();
+        emit q->editclick();
         break;
-    case btndel: {
+    case UserControl1::btndel: {
         answer = MsgBox(QCoreApplication::translate(PK_CONTEXT, "Are You Sure ?"), vbYesNo);
-        Recordset *rs = recordset();
+        Recordset *rs = q->recordset();
         if (answer == vbYes) {
-            emit Deleteclick();
+            emit q->Deleteclick();
             if (stopped())
                 return Outcome::Stopped;
             // Onto the record after the deleted one, or back to the last when it was the last.
@@ -178,52 +205,52 @@ UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
             }
         }
         if (rs->BOF() && rs->adoEOF())
-            SetButtonStates(true, kAddQuit);
+            q->SetButtonStates(true, kAddQuit);
         else
-            SetButtonStates(false, kSaveUndo);
+            q->SetButtonStates(false, kSaveUndo);
         break;
     }
-    case btnsave: {
-        m_saveValid = CBool(callHost(QStringLiteral("Validatefields")));
+    case UserControl1::btnsave: {
+        m_saveValid = CBool(q->callHost(QStringLiteral("Validatefields")));
         if (!m_saveValid)
             return Outcome::Ended;
-        Recordset *rs = recordset();
+        Recordset *rs = q->recordset();
         if (!m_addMode)
             rs->setBookmark(m_savedPosition);
-        emit saveclick();
+        emit q->saveclick();
         if (stopped())
             return Outcome::Stopped;
         if (m_addMode) {
             rs->MoveLast();
             m_addMode = false;
         }
-        SetButtonStates(false, kSaveUndo);
+        q->SetButtonStates(false, kSaveUndo);
         break;
     }
-    case btnfind:
-        emit findclick();
+    case UserControl1::btnfind:
+        emit q->findclick();
         break;
-    case btnprint:
-        emit printclick();
+    case UserControl1::btnprint:
+        emit q->printclick();
         if (reportParameters().ReportToPrint == QLatin1String("O"))
             return Outcome::Ended; // the host printed by itself
         if (stopped())
             return Outcome::Stopped;
-        showPrintForm();
+        q->showPrintForm();
         break;
-    case btnquit:
-        unloadHostForm();
+    case UserControl1::btnquit:
+        q->unloadHostForm();
         break;
-    case btnundo: {
+    case UserControl1::btnundo: {
         answer = confirmUndo();
         if (answer != vbYes)
             break;
-        if (buttonEnabled(btnquit)) {
+        if (q->buttonEnabled(UserControl1::btnquit)) {
             // Not editing: undo means leaving the form.
-            unloadHostForm();
+            q->unloadHostForm();
             return Outcome::Ended;
         }
-        Recordset *rs = recordset();
+        Recordset *rs = q->recordset();
         if (m_addMode) {
             if (!(rs->BOF() && rs->adoEOF()))
                 rs->MoveLast();
@@ -231,18 +258,18 @@ UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
             rs->setBookmark(m_savedPosition);
         }
         if (atEitherEnd(rs))
-            SetButtonStates(true, kAddQuit);
+            q->SetButtonStates(true, kAddQuit);
         else
-            SetButtonStates(false, kSaveUndo);
+            q->SetButtonStates(false, kSaveUndo);
         break;
     }
-    case QueryUnloadCommand:
+    case UserControl1::QueryUnloadCommand:
         answer = confirmUndo();
-        if (answer == vbNo && gFormQueryUnloadFired) {
-            gUnloadFomForQueryUnload = true; // the host keeps its form open
+        if (answer == vbNo && q->gFormQueryUnloadFired) {
+            q->gUnloadFomForQueryUnload = true; // the host keeps its form open
             return Outcome::Ended;
         }
-        gUnloadFomForQueryUnload = false;
+        q->gUnloadFomForQueryUnload = false;
         break;
     default:
         break; // 12 to 14 and any other index: the closing step only
@@ -250,22 +277,22 @@ UserControl1::Outcome UserControl1::runCommand(qint16 Index, int &answer)
     return Outcome::Continue;
 }
 
-void UserControl1::closingStep(qint16 Index, int answer)
+void UserControl1Private::closingStep(qint16 Index, int answer)
 {
-    if (Index >= btntop && Index <= btnlast) {
+    if (Index >= UserControl1::btntop && Index <= UserControl1::btnlast) {
         // A move refreshes the form only when it reached another record.
-        Recordset *rs = recordset();
+        Recordset *rs = q->recordset();
         if (!atEitherEnd(rs) && CDbl(rs->Bookmark()) != CDbl(m_savedPosition))
-            callHost(QStringLiteral("refresh1"));
-    } else if ((Index == btnundo && answer == vbYes) || Index == btnfind || (Index == btndel && answer == vbYes)) {
-        callHost(QStringLiteral("refresh1"));
+            q->callHost(QStringLiteral("refresh1"));
+    } else if ((Index == UserControl1::btnundo && answer == vbYes) || Index == UserControl1::btnfind || (Index == UserControl1::btndel && answer == vbYes)) {
+        q->callHost(QStringLiteral("refresh1"));
     }
-    Recordset *rs = recordset();
+    Recordset *rs = q->recordset();
     m_savedPosition = atEitherEnd(rs) ? QVariant(0) : rs->Bookmark();
-    gErrorInClick = false;
+    q->gErrorInClick = false;
 }
 
-void UserControl1::reportPendingError()
+void UserControl1Private::reportPendingError()
 {
     ErrObject &err = Err();
     if (err.Number == 0)

@@ -3,9 +3,11 @@
 #include <PanelKestrin/panelkestrin_export.h>
 #include <PanelKestrin/toolbarbase.h>
 
-#include <QVariant>
+#include <memory>
 
 namespace PanelKestrin {
+
+class UserControl1Private;
 
 // The record navigation toolbar: the transaction commands plus First, Prev, Next and Last over
 // the shared recordset srset. It remembers the record that was current before an edit, lets
@@ -76,6 +78,7 @@ public:
     bool gUnloadFomForQueryUnload = false;
 
     explicit UserControl1(QWidget *parent = nullptr);
+    ~UserControl1() override;
 
     // Runs button Index (0 to 11), the close-query command 15, or only the closing step for
     // any other index.
@@ -96,17 +99,8 @@ protected:
     bool gatedState(int Index, bool plain, bool listed) const override;
 
 private:
-    enum class Outcome { Continue, Stopped, Ended };
-    Outcome runCommand(qint16 Index, int &answer);
-    void closingStep(qint16 Index, int answer);
-    void reportPendingError();
-    int confirmUndo() const;
-    bool atEitherEnd(Recordset *rs) const;
-
-    bool m_addMode = false;
-    bool m_saveValid = false;
-    // srset's bookmark after the last command, or the whole number 0 at either end.
-    QVariant m_savedPosition = 0;
+    friend class UserControl1Private;
+    std::unique_ptr<UserControl1Private> const d;
 };
 
 } // namespace PanelKestrin
