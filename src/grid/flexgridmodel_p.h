@@ -22,7 +22,8 @@ class FlexGrid;
 //    empty;
 //  - a text row: a list of its own texts by column, shorter than the grid when the rest are
 //    empty (a new row has an empty list and costs no text at all).
-// Writing any cell of a value row first turns it into a text row holding the texts it showed.
+// Writing a text into a value row first turns it into a text row holding the texts it showed
+// (an empty text written to a cell that shows no value changes nothing).
 // Rows are kept in one list, so adding rows appends and never moves the ones already there.
 //
 // Callers check indexes; the model does not.
