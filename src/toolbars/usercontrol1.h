@@ -88,11 +88,24 @@ public:
     Q_INVOKABLE void setReportToPrint(const QString &ReportToPrint);
 
 Q_SIGNALS:
+    // The handlers below may set gErrorInClick (directly connected, same thread) to stop the
+    // rest of the click; an error the host left pending in Err() is then reported.
+
+    // Add was pressed: edit mode; the host clears its fields for a new record.
     void addclick();
+    // Edit was pressed: edit mode, srset's current record remembered; the host unlocks its fields.
     void editclick();
+    // The user answered Yes to "Are You Sure ?": the host deletes the current record (and
+    // requeries srset). The toolbar then moves to the next record, or the last, or ends in the
+    // empty mode when none is left, and calls "refresh1".
     void Deleteclick();
+    // Save was pressed and "Validatefields" answered True, srset back on the edited record: the
+    // host writes it. After an Add srset moves to its last record.
     void saveclick();
+    // Find was pressed: the host finds a record; "refresh1" is called afterwards.
     void findclick();
+    // Print was pressed: with ReportToPrint "O" the host prints by itself and nothing more
+    // happens; otherwise the print form opens with the report parameters.
     void printclick();
 
 protected:
