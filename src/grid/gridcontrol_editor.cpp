@@ -136,7 +136,9 @@ void gridcontrol::flexgrid_LeaveCell()
         flexgrid->setText(TxtAdjust->text());
         const int col = flexgrid->Col();
         const int dataRow = flexgrid->Row() - 1;
-        mDataArray(col - 1, dataRow) = GetEditValue(qint16(col - 1));
+        // An unchanged value leaves the store shared with the recordset's rows and the grid's
+        // loaded texts (a freshly loaded grid commits its first cell at once).
+        mDataArray.setValue(col - 1, dataRow, GetEditValue(qint16(col - 1)));
         if (checkedAt(mRowStatusArray, dataRow, "RowStatusArray") != QLatin1String("A"))
             mRowStatusArray[dataRow] = QStringLiteral("E");
     }

@@ -110,6 +110,14 @@ QVariant &VariantMatrix::operator()(int i, int j)
     return m_data[offset(i, j)];
 }
 
+void VariantMatrix::setValue(int i, int j, const QVariant &v)
+{
+    const QVariant &held = m_data.at(offset(i, j));
+    if (held.metaType() == v.metaType() && held == v)
+        return;
+    m_data[offset(i, j)] = v;
+}
+
 void VariantMatrix::redim(int lower1, int upper1, int lower2, int upper2)
 {
     checkBounds(lower1, upper1);

@@ -29,7 +29,10 @@ public:
     const QVariant &operator()(int i, int j) const;
     QVariant &operator()(int i, int j);
     QVariant value(int i, int j) const { return (*this)(i, j); }
-    void setValue(int i, int j, const QVariant &v) { (*this)(i, j) = v; }
+    // Writes one element. Writing the value an element already holds (same type, equal) leaves
+    // the storage alone, so copies that share it (a recordset's rows, a grid's loaded texts)
+    // stay shared.
+    void setValue(int i, int j, const QVariant &v);
 
     // Fresh bounds, every element Empty.
     void redim(int lower1, int upper1, int lower2, int upper2);

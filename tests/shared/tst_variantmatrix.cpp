@@ -20,6 +20,8 @@ private slots:
     void emptyDimensionGrows();
     void hugeBoundsRaiseOutOfMemory_data();
     void hugeBoundsRaiseOutOfMemory();
+    void rewritingAnEqualValueKeepsCopiesShared_data();
+    void rewritingAnEqualValueKeepsCopiesShared();
 };
 
 void tst_variantmatrix::subscriptErrors_data()
@@ -116,6 +118,34 @@ void tst_variantmatrix::hugeBoundsRaiseOutOfMemory()
     VariantMatrix m = start;
     QCOMPARE(errorNumberOf([&] { change(m); }), 7);
     QVERIFY(m == start);
+}
+
+void tst_variantmatrix::rewritingAnEqualValueKeepsCopiesShared_data()
+{
+    QTest::addColumn<QVariant>("held");
+    QTest::addColumn<QVariant>("written");
+    QTest::addColumn<bool>("shared");
+    QTest::newRow("same text") << QVariant(QStringLiteral("A1")) << QVariant(QStringLiteral("A1")) << true;
+    QTest::newRow("same number") << QVariant(12.5) << QVariant(12.5) << true;
+    QTest::newRow("Null over Null") << QVariant::fromValue(nullptr) << QVariant::fromValue(nullptr) << true;
+    QTest::newRow("other text") << QVariant(QStringLiteral("A1")) << QVariant(QStringLiteral("A2")) << false;
+    // Equal as numbers but of another type: the element's type changes, so it is a write.
+    QTest::newRow("integer over double") << QVariant(12.0) << QVariant(12) << false;
+    QTest::newRow("text over Null") << QVariant::fromValue(nullptr) << QVariant(QString()) << false;
+}
+
+void tst_variantmatrix::rewritingAnEqualValueKeepsCopiesShared()
+{
+    QFETCH(QVariant, held);
+    QFETCH(QVariant, written);
+    QFETCH(bool, shared);
+    VariantMatrix original(0, 1, 0, 2);
+    original(1, 2) = held;
+    VariantMatrix copy = original;
+    copy.setValue(1, 2, written);
+    QCOMPARE(copy.storageId() == original.storageId(), shared);
+    QCOMPARE(copy(1, 2).metaType(), written.metaType());
+    QCOMPARE(original(1, 2).metaType(), held.metaType());
 }
 
 QTEST_GUILESS_MAIN(tst_variantmatrix)
