@@ -4,25 +4,16 @@
 #include <PanelKestrin/structs.h>
 #include <PanelKestrin/variantmatrix.h>
 
-#include <QPointer>
 #include <QStringList>
 #include <QVariant>
-#include <QVector>
 #include <QWidget>
 
-class QInputMethodEvent;
-class QKeyEvent;
-#include <optional>
-
-class QLineEdit;
-class QMenu;
-class QPushButton;
+#include <memory>
 
 namespace PanelKestrin {
 
-class FlexGrid;
 class Recordset;
-struct gridcontrolAccess;
+class gridcontrolPrivate;
 
 // The editable grid: a grid view (flexgrid) showing a data array that the host loads from a
 // recordset, edits in place through the edit box TxtAdjust floating over the current cell, and
@@ -130,83 +121,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    friend struct gridcontrolAccess;
-
-    // Cell editor: placing it on cell entry, committing on cell leave.
-    void flexgrid_EnterCell();
-    void flexgrid_LeaveCell();
-    QVariant GetEditValue(qint16 iCol) const;
-    void placeEditor();
-    void showEditorForCurrentColumn();
-    bool commitCurrentCell();
-    void selectEditorText();
-    // Editor keys: the move table of KeyDown, the character filter of KeyPress.
-    void TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift);
-    void TxtAdjust_KeyPress(qint16 &KeyAscii);
-    void SkipToNextEnabledCol();
-    void SkipToPrevEnabledCol();
-    bool editorKeyEvent(QKeyEvent *event);
-    void editorInputMethodEvent(QInputMethodEvent *event);
-    void typeFiltered(const QString &text);
-    // The grid view's own notifications, focus entering and leaving the control.
-    void flexgrid_Click();
-    void flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift);
-    void flexgrid_MouseDown(qint16 &Button, qint16 &Shift, float &X, float &Y);
-    void flexgrid_MouseUp(qint16 &Button, qint16 &Shift, float &X, float &Y);
-    void focusChanged(QWidget *old, QWidget *now);
-    void UserControl_EnterFocus();
-    void UserControl_ExitFocus();
-    void showPopup(const QPoint &globalPos);
-    // The find box.
-    void TxtFind_Change();
-    // Rows.
-    bool RemoveGridRow(qint32 &lRow);
-    bool hasDataRow(qint32 gridRow) const;
-    void attachDataRow(qint32 gridRow);
-    void addRow();
-    void deleteRow();
-    bool lastRowValueBlank(int j) const;
-    // Layout and sizes.
-    qint32 heightInTwips() const;
-    void layoutChildren();
-
-    FlexGrid *flexgrid;
-    QLineEdit *TxtAdjust;
-    QLineEdit *TxtFind;
-    QPushButton *CmdGridAdd;
-    QPushButton *CmdGridDelete;
-    QPushButton *CmdGridFind;
-    QMenu *popup;
-
-    VariantMatrix mDataArray;
-    QStringList mRowStatusArray;
-    QVector<RecStruct> RecStructArray;
-    QVector<GridStruct> GridStructArray;
-    QString sNotEditableFields;
-    QString sNotEditCols;
-    QString sNotBlankCols;
-    QString sGridHeader;
-    std::optional<QStringList> sDisableCols, sHelpCols, sMandatoryCols;
-    QVariantList vColSizes;
-    bool bListEnabled = false;
-    bool bStructureMade = false;
-    bool bRemovingRow = false;
-    bool bHoldCell = false;
-    bool bInternalMove = false;
-    bool bAddingRow = false;
-    bool bDeletingRow = false;
-    bool bFinding = false;
-    qint32 lSavedRow = 0;
-    qint16 iSavedCol = 0;
-    qint32 lPrevRow = 0;
-    qint16 iPrevCol = 0;
-    qint16 iPageSize = 0;
-
-    // The find box searches upper-cased texts of the data array, built once per content of the
-    // store: findSource shares the store's elements, so any write to the store shows as a
-    // changed storage identity and the texts are built again.
-    VariantMatrix findSource;
-    QVector<QString> findTexts;
+    friend class gridcontrolPrivate;
+    std::unique_ptr<gridcontrolPrivate> const d;
 };
 
 } // namespace PanelKestrin

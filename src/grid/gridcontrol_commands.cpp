@@ -2,6 +2,8 @@
 // the last cell: add a row, delete the current row, open the find box.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/msgbox.h>
@@ -17,10 +19,10 @@ void gridcontrol::pop_Click(qint16 Index)
 {
     if (!bShowMenu)
         return;
-    TxtFind->setVisible(false);
+    d->TxtFind->setVisible(false);
     switch (Index) {
-    case 0: addRow(); break;
-    case 1: deleteRow(); break;
+    case 0: d->addRow(); break;
+    case 1: d->deleteRow(); break;
     case 2: CmdGridFind_Click(); break;
     default: break;
     }
@@ -29,7 +31,7 @@ void gridcontrol::pop_Click(qint16 Index)
 // Whether the last row's value in data column j is blank by its type: "C" and "D" values when
 // their trimmed text is "", "N" values when they are 0; a missing (Null) value is blank too.
 // Other types never count as data.
-bool gridcontrol::lastRowValueBlank(int j) const
+bool gridcontrolPrivate::lastRowValueBlank(int j) const
 {
     const QVariant &value = mDataArray(j, mDataArray.UBound(2));
     const QString type = j < RecStructArray.size() ? RecStructArray.at(j).DataType : QString();
@@ -40,7 +42,7 @@ bool gridcontrol::lastRowValueBlank(int j) const
     return true;
 }
 
-void gridcontrol::addRow()
+void gridcontrolPrivate::addRow()
 {
     if (!commitCurrentCell())
         return;
@@ -58,7 +60,7 @@ void gridcontrol::addRow()
 
     qint32 row = flexgrid->Row() - 1;
     bool Cancel = false;
-    emit RowLevelValidate(row, Cancel);
+    emit q->RowLevelValidate(row, Cancel);
     if (Cancel)
         return;
 
@@ -84,24 +86,24 @@ void gridcontrol::addRow()
         if (TxtAdjust->isVisible())
             TxtAdjust->setFocus();
     }
-    emit GridAfterRowAdd();
+    emit q->GridAfterRowAdd();
 }
 
-void gridcontrol::deleteRow()
+void gridcontrolPrivate::deleteRow()
 {
     QScopedValueRollback<bool> deleting(bDeletingRow, true);
     qint32 row = flexgrid->Row();
     if (!RemoveGridRow(row))
-        MsgBox(tr("Cannot Delete ! "), vbExclamation, tr("Wait"));
+        MsgBox(gridcontrol::tr("Cannot Delete ! "), vbExclamation, gridcontrol::tr("Wait"));
 }
 
 void gridcontrol::CmdGridFind_Click()
 {
-    if (!commitCurrentCell())
+    if (!d->commitCurrentCell())
         return;
-    TxtFind->setText(QString());
-    TxtFind->setVisible(true);
-    TxtFind->setFocus();
+    d->TxtFind->setText(QString());
+    d->TxtFind->setVisible(true);
+    d->TxtFind->setFocus();
 }
 
 } // namespace PanelKestrin

@@ -2,6 +2,8 @@
 // committed into the grid and the data array when the user leaves the cell.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/runtimeerror.h>
@@ -27,14 +29,14 @@ const T &checkedAt(const QVector<T> &array, int index, const char *name)
 } // namespace
 
 // Shows the editor where the current column's rules allow it.
-void gridcontrol::showEditorForCurrentColumn()
+void gridcontrolPrivate::showEditorForCurrentColumn()
 {
     TxtAdjust->setVisible(checkedAt(GridStructArray, flexgrid->Col(), "GridStructArray").ColEnable);
 }
 
 // Commits the current cell as leaving it does. When the value was refused the cell may not
 // be left: the editor opens on it again with the focus, and the result is false.
-bool gridcontrol::commitCurrentCell()
+bool gridcontrolPrivate::commitCurrentCell()
 {
     flexgrid_LeaveCell();
     if (!bHoldCell)
@@ -45,28 +47,28 @@ bool gridcontrol::commitCurrentCell()
     return false;
 }
 
-void gridcontrol::selectEditorText()
+void gridcontrolPrivate::selectEditorText()
 {
     TxtAdjust->setSelection(0, int(TxtAdjust->text().size()));
 }
 
 // Over the current cell, inset 50 twips from its left and 10 from its top; a cell narrower than
 // 51 twips keeps the editor's width. The editor is named after the cell it is over.
-void gridcontrol::placeEditor()
+void gridcontrolPrivate::placeEditor()
 {
-    const int gridLeft = PixelsToTwipsX(flexgrid->x(), this);
-    const int gridTop = PixelsToTwipsY(flexgrid->y(), this);
+    const int gridLeft = PixelsToTwipsX(flexgrid->x(), q);
+    const int gridTop = PixelsToTwipsY(flexgrid->y(), q);
     const int cellWidth = flexgrid->CellWidth();
-    const int width = cellWidth >= 51 ? TwipsToPixelsX(cellWidth - 50, this) : TxtAdjust->width();
-    TxtAdjust->setGeometry(TwipsToPixelsX(gridLeft + flexgrid->CellLeft() + 50, this),
-                           TwipsToPixelsY(gridTop + flexgrid->CellTop() + 10, this), width,
-                           TwipsToPixelsY(flexgrid->CellHeight() - 10, this));
+    const int width = cellWidth >= 51 ? TwipsToPixelsX(cellWidth - 50, q) : TxtAdjust->width();
+    TxtAdjust->setGeometry(TwipsToPixelsX(gridLeft + flexgrid->CellLeft() + 50, q),
+                           TwipsToPixelsY(gridTop + flexgrid->CellTop() + 10, q), width,
+                           TwipsToPixelsY(flexgrid->CellHeight() - 10, q));
     TxtAdjust->raise();
     // A screen reader announces the cell being edited: its column caption and grid row.
-    TxtAdjust->setAccessibleName(tr("%1, row %2").arg(flexgrid->TextMatrix(0, flexgrid->Col())).arg(flexgrid->Row()));
+    TxtAdjust->setAccessibleName(gridcontrol::tr("%1, row %2").arg(flexgrid->TextMatrix(0, flexgrid->Col())).arg(flexgrid->Row()));
 }
 
-void gridcontrol::flexgrid_EnterCell()
+void gridcontrolPrivate::flexgrid_EnterCell()
 {
     TxtAdjust->setText(QStringLiteral(" "));
     TxtAdjust->setEnabled(true);
@@ -109,7 +111,7 @@ void gridcontrol::flexgrid_EnterCell()
         TxtAdjust->setEnabled(false);
 }
 
-void gridcontrol::flexgrid_LeaveCell()
+void gridcontrolPrivate::flexgrid_LeaveCell()
 {
     if (bInternalMove || bAddingRow || bDeletingRow)
         return;
@@ -126,7 +128,7 @@ void gridcontrol::flexgrid_LeaveCell()
     qint16 validateCol = qint16(flexgrid->Col() - 1);
     QVariant value = GetEditValue(validateCol);
     bool Cancel = false;
-    emit ValidateRow(validateRow, validateCol, value, Cancel);
+    emit q->ValidateRow(validateRow, validateCol, value, Cancel);
 
     if (Cancel) {
         bHoldCell = true;

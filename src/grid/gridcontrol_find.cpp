@@ -2,6 +2,8 @@
 // that begins with the typed text (any case) and moves there without taking the focus.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/dialog.h>
 #include <PanelKestrin/flexgrid.h>
@@ -21,7 +23,7 @@ QString searchText(const QVariant &value)
 }
 } // namespace
 
-void gridcontrol::TxtFind_Change()
+void gridcontrolPrivate::TxtFind_Change()
 {
     // Read only: a write access would detach the store from findSource and void the texts.
     const VariantMatrix &data = mDataArray;
@@ -29,7 +31,7 @@ void gridcontrol::TxtFind_Change()
     const int lastRow = data.UBound(2);
     const QVariant &first = data(0, 0);
     if (isEmpty(first) || isNull(first) || Trim(CStr(first)).isEmpty()) {
-        Dialog::DisplayMsg(tr("No Matching Value Found"), window());
+        Dialog::DisplayMsg(gridcontrol::tr("No Matching Value Found"), q->window());
         return;
     }
 

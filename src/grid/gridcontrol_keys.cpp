@@ -2,6 +2,8 @@
 // and Shift+Enter) and the character filter of KeyPress by the column's field description.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/connectionsettings.h>
 #include <PanelKestrin/errorreporter.h>
 #include <PanelKestrin/flexgrid.h>
@@ -47,7 +49,7 @@ QList<QStringView> charactersOf(QStringView text)
 
 // Runs the classic KeyDown and KeyPress handlers for a key typed into the editor. Returns true
 // when the key is used up (moved the cell, swallowed, or replaced by another character).
-bool gridcontrol::editorKeyEvent(QKeyEvent *event)
+bool gridcontrolPrivate::editorKeyEvent(QKeyEvent *event)
 {
     qint16 KeyCode = KeyCodeFromEvent(event);
     qint16 Shift = ShiftFromEvent(event);
@@ -80,7 +82,7 @@ bool gridcontrol::editorKeyEvent(QKeyEvent *event)
 
 // Text that an input method commits is typed character by character through the filter; what
 // the filter lets through goes into the editor, and the line edit keeps only the composition.
-void gridcontrol::editorInputMethodEvent(QInputMethodEvent *event)
+void gridcontrolPrivate::editorInputMethodEvent(QInputMethodEvent *event)
 {
     if (event->commitString().isEmpty())
         return;
@@ -91,7 +93,7 @@ void gridcontrol::editorInputMethodEvent(QInputMethodEvent *event)
 
 // Each character as if typed on its own: refused, passed, or replaced as the column's
 // character filter decides, against the editor's text as it stands at that character.
-void gridcontrol::typeFiltered(const QString &text)
+void gridcontrolPrivate::typeFiltered(const QString &text)
 {
     for (const QStringView character : charactersOf(text)) {
         const qint16 typed = keyAsciiOf(character);
@@ -104,7 +106,7 @@ void gridcontrol::typeFiltered(const QString &text)
     }
 }
 
-void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
+void gridcontrolPrivate::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
 {
     const qint32 row = flexgrid->Row();
     const qint32 col = flexgrid->Col();
@@ -113,7 +115,7 @@ void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
         qint16 helpCol = qint16(col - 1);
         QVariant value = GetEditValue(helpCol);
         bool Cancel = false;
-        emit InvokeHelp(helpCol, value, Cancel);
+        emit q->InvokeHelp(helpCol, value, Cancel);
         if (Cancel) {
             KeyCode = 0;
             return;
@@ -159,7 +161,7 @@ void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
             flexgrid->setRow(row + 1);
             flexgrid->setCol(1);
         } else {
-            pop_Click(0); // Enter on the last cell adds a row
+            q->pop_Click(0); // Enter on the last cell adds a row
         }
         selectEditorText();
         break;
@@ -173,7 +175,7 @@ void gridcontrol::TxtAdjust_KeyDown(qint16 &KeyCode, qint16 &Shift)
 
 // Prepares Enter so that its move lands on the next enabled column: when the next column is
 // disabled, the current column becomes the one before the first enabled column further on.
-void gridcontrol::SkipToNextEnabledCol()
+void gridcontrolPrivate::SkipToNextEnabledCol()
 {
     const int col = flexgrid->Col();
     if (enabledAt(GridStructArray, col + 1))
@@ -186,7 +188,7 @@ void gridcontrol::SkipToNextEnabledCol()
     }
 }
 
-void gridcontrol::SkipToPrevEnabledCol()
+void gridcontrolPrivate::SkipToPrevEnabledCol()
 {
     const int col = flexgrid->Col();
     if (enabledAt(GridStructArray, col - 1))
@@ -199,7 +201,7 @@ void gridcontrol::SkipToPrevEnabledCol()
     }
 }
 
-void gridcontrol::TxtAdjust_KeyPress(qint16 &KeyAscii)
+void gridcontrolPrivate::TxtAdjust_KeyPress(qint16 &KeyAscii)
 {
     // Backspace and the two characters "(" and "&" pass unchecked in every column.
     if (KeyAscii == 8 || KeyAscii == 40 || KeyAscii == 38 || flexgrid->Col() == 0)

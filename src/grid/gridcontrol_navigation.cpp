@@ -2,6 +2,8 @@
 // control gaining and losing the focus, and the pop-up menu.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/errorreporter.h>
 #include <PanelKestrin/flexgrid.h>
@@ -26,45 +28,45 @@ constexpr qint16 kRightButton = 2;
 
 bool gridcontrol::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != TxtAdjust)
+    if (watched != d->TxtAdjust)
         return QWidget::eventFilter(watched, event);
     bool used = false;
     if (event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
-        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyDown"), [&] { used = editorKeyEvent(key); });
+        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyDown"), [&] { used = d->editorKeyEvent(key); });
     } else if (event->type() == QEvent::InputMethod) {
         // Committed text is filtered like typed keys; the composition goes on to the editor.
         auto *input = static_cast<QInputMethodEvent *>(event);
-        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyPress"), [&] { editorInputMethodEvent(input); });
+        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_KeyPress"), [&] { d->editorInputMethodEvent(input); });
     } else if (event->type() == QEvent::MouseButtonPress
                && static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
         // TxtAdjust_MouseDown: the right button opens the pop-up menu at the pointer.
         const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
-        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_MouseDown"), [&] { showPopup(at); });
+        guardEvent(QStringLiteral("gridcontrol.TxtAdjust_MouseDown"), [&] { d->showPopup(at); });
         used = true;
     }
     return used;
 }
 
-void gridcontrol::showPopup(const QPoint &globalPos)
+void gridcontrolPrivate::showPopup(const QPoint &globalPos)
 {
     popup->popup(globalPos);
 }
 
-void gridcontrol::flexgrid_Click()
+void gridcontrolPrivate::flexgrid_Click()
 {
     if (bDeletingRow)
         return;
     qint16 iCol = qint16(flexgrid->Col());
     qint16 iRow = qint16(flexgrid->Row());
-    emit ColClick(iCol);
+    emit q->ColClick(iCol);
     iCol = qint16(flexgrid->Col());
-    emit GridClick(iCol, iRow);
+    emit q->GridClick(iCol, iRow);
 
     const int col = flexgrid->Col();
-    if (gColToFix > 0 && col == gColToFix) {
-        // The mark column: the view shows gValue or nothing, the store holds "X" or a blank.
-        const QString mark = CStr(gValue);
+    if (q->gColToFix > 0 && col == q->gColToFix) {
+        // The mark column: the view shows q->gValue or nothing, the store holds "X" or a blank.
+        const QString mark = CStr(q->gValue);
         const bool marking = flexgrid->Text() != mark;
         attachDataRow(flexgrid->Row()); // a mark on the blank row left by the save trim
         flexgrid->setText(marking ? mark : QString());
@@ -75,9 +77,9 @@ void gridcontrol::flexgrid_Click()
     TxtAdjust->setVisible(rule.ColEnable && !rule.HelpInvoked);
 }
 
-void gridcontrol::flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift)
+void gridcontrolPrivate::flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift)
 {
-    if (NoAddRow)
+    if (q->NoAddRow)
         return;
     const qint32 row = flexgrid->Row();
     const qint32 col = flexgrid->Col();
@@ -85,7 +87,7 @@ void gridcontrol::flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift)
         qint16 helpCol = qint16(col - 1);
         QVariant value = GetEditValue(helpCol);
         bool Cancel = false;
-        emit InvokeHelp(helpCol, value, Cancel);
+        emit q->InvokeHelp(helpCol, value, Cancel);
         KeyCode = 0;
     } else if (KeyCode == vbKeyReturn) {
         KeyCode = 0; // the grid view has no Enter of its own to run afterwards
@@ -94,7 +96,7 @@ void gridcontrol::flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift)
             if (col != flexgrid->Cols() - 1) {
                 flexgrid->setCol(col + 1);
             } else if (row == flexgrid->Rows() - 1) {
-                pop_Click(0);
+                q->pop_Click(0);
             } else {
                 flexgrid->setRow(row + 1);
                 flexgrid->setCol(1);
@@ -108,13 +110,13 @@ void gridcontrol::flexgrid_KeyDown(qint16 &KeyCode, qint16 &Shift)
     }
 }
 
-void gridcontrol::flexgrid_MouseDown(qint16 &Button, qint16 &, float &X, float &Y)
+void gridcontrolPrivate::flexgrid_MouseDown(qint16 &Button, qint16 &, float &X, float &Y)
 {
-    if (Button == kRightButton && bShowMenu)
-        showPopup(flexgrid->mapToGlobal(QPoint(TwipsToPixelsX(X, this), TwipsToPixelsY(Y, this))));
+    if (Button == kRightButton && q->bShowMenu)
+        showPopup(flexgrid->mapToGlobal(QPoint(TwipsToPixelsX(X, q), TwipsToPixelsY(Y, q))));
 }
 
-void gridcontrol::flexgrid_MouseUp(qint16 &Button, qint16 &, float &, float &)
+void gridcontrolPrivate::flexgrid_MouseUp(qint16 &Button, qint16 &, float &, float &)
 {
     if (Button != kLeftButton)
         return;
@@ -124,28 +126,28 @@ void gridcontrol::flexgrid_MouseUp(qint16 &Button, qint16 &, float &, float &)
                 && !RecStructArray.at(col).Null;
 }
 
-void gridcontrol::focusChanged(QWidget *old, QWidget *now)
+void gridcontrolPrivate::focusChanged(QWidget *old, QWidget *now)
 {
-    const bool wasInside = old && isAncestorOf(old);
-    const bool isInside = now && isAncestorOf(now);
+    const bool wasInside = old && q->isAncestorOf(old);
+    const bool isInside = now && q->isAncestorOf(now);
     if (isInside && !wasInside)
         guardEvent(QStringLiteral("gridcontrol.UserControl_EnterFocus"), [this] { UserControl_EnterFocus(); });
     else if (wasInside && !isInside)
         guardEvent(QStringLiteral("gridcontrol.UserControl_ExitFocus"), [this] { UserControl_ExitFocus(); });
 }
 
-void gridcontrol::UserControl_EnterFocus()
+void gridcontrolPrivate::UserControl_EnterFocus()
 {
-    if (NoAddRow) {
+    if (q->NoAddRow) {
         for (QPushButton *button : {CmdGridAdd, CmdGridDelete, CmdGridFind})
             button->setVisible(false);
-    } else if (bShowMenu) {
+    } else if (q->bShowMenu) {
         for (QPushButton *button : {CmdGridAdd, CmdGridDelete, CmdGridFind})
             button->setVisible(true);
     }
 }
 
-void gridcontrol::UserControl_ExitFocus()
+void gridcontrolPrivate::UserControl_ExitFocus()
 {
     TxtAdjust->setVisible(false);
     for (QPushButton *button : {CmdGridAdd, CmdGridDelete, CmdGridFind})

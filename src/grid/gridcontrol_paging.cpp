@@ -2,6 +2,8 @@
 // by a page or to either end. The editor follows through the grid view's cell notifications.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include "grid/gridvalues_p.h"
 
 #include <PanelKestrin/conversions.h>
@@ -13,42 +15,42 @@ namespace PanelKestrin {
 
 void gridcontrol::PopulateGrid()
 {
-    if (flexgrid->Rows() <= 1)
+    if (d->flexgrid->Rows() <= 1)
         return;
-    if (showValuesInGrid(*flexgrid, mDataArray, NullCell::Fails))
+    if (showValuesInGrid(*d->flexgrid, d->mDataArray, NullCell::Fails))
         return;
     // Null is not turned into "" here (unlike MakeStruct): converting it fails.
-    for (int c = 0; c <= mDataArray.UBound(1); ++c)
-        for (int r = 0; r <= mDataArray.UBound(2); ++r)
-            flexgrid->setTextMatrix(r + 1, c + 1, CStr(std::as_const(mDataArray)(c, r)));
+    for (int c = 0; c <= d->mDataArray.UBound(1); ++c)
+        for (int r = 0; r <= d->mDataArray.UBound(2); ++r)
+            d->flexgrid->setTextMatrix(r + 1, c + 1, CStr(std::as_const(d->mDataArray)(c, r)));
 }
 
 void gridcontrol::Prevpage()
 {
-    if (flexgrid->Rows() <= iPageSize)
+    if (d->flexgrid->Rows() <= d->iPageSize)
         return;
-    flexgrid->setRow(flexgrid->Row() > iPageSize ? flexgrid->Row() - iPageSize : 1);
+    d->flexgrid->setRow(d->flexgrid->Row() > d->iPageSize ? d->flexgrid->Row() - d->iPageSize : 1);
 }
 
 void gridcontrol::Nextpage()
 {
-    const qint32 rows = flexgrid->Rows();
-    if (rows > iPageSize) {
-        const qint32 row = flexgrid->Row();
-        flexgrid->setRow(row + iPageSize > rows - 1 ? rows - 1 : row + iPageSize);
+    const qint32 rows = d->flexgrid->Rows();
+    if (rows > d->iPageSize) {
+        const qint32 row = d->flexgrid->Row();
+        d->flexgrid->setRow(row + d->iPageSize > rows - 1 ? rows - 1 : row + d->iPageSize);
     }
-    flexgrid->setTopRow(flexgrid->Row());
+    d->flexgrid->setTopRow(d->flexgrid->Row());
 }
 
 void gridcontrol::TopRow()
 {
-    flexgrid->setRow(1);
-    flexgrid_EnterCell();
+    d->flexgrid->setRow(1);
+    d->flexgrid_EnterCell();
 }
 
 void gridcontrol::LastRow()
 {
-    flexgrid->setRow(flexgrid->Rows() - 1);
+    d->flexgrid->setRow(d->flexgrid->Rows() - 1);
 }
 
 } // namespace PanelKestrin

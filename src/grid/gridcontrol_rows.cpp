@@ -7,6 +7,8 @@
 // deleting it removes the grid row alone.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/msgbox.h>
@@ -23,7 +25,7 @@ namespace PanelKestrin {
 void gridcontrol::GridRowAddnew()
 {
     // The add command moves the current cell itself; the editor's leave handling stays out.
-    QScopedValueRollback<bool> internal(bInternalMove, true);
+    QScopedValueRollback<bool> internal(d->bInternalMove, true);
     pop_Click(0);
 }
 
@@ -34,21 +36,21 @@ void gridcontrol::GridRowDelete()
 
 bool gridcontrol::ResetColRow()
 {
-    QScopedValueRollback<bool> internal(bInternalMove, true);
-    flexgrid->setRow(flexgrid->Rows() - 1);
-    flexgrid->setCol(1);
-    TxtAdjust->setText(flexgrid->TextMatrix(flexgrid->Row(), flexgrid->Col()));
+    QScopedValueRollback<bool> internal(d->bInternalMove, true);
+    d->flexgrid->setRow(d->flexgrid->Rows() - 1);
+    d->flexgrid->setCol(1);
+    d->TxtAdjust->setText(d->flexgrid->TextMatrix(d->flexgrid->Row(), d->flexgrid->Col()));
     return false;
 }
 
-bool gridcontrol::hasDataRow(qint32 gridRow) const
+bool gridcontrolPrivate::hasDataRow(qint32 gridRow) const
 {
     return gridRow >= 1 && mDataArray.isAssigned() && gridRow - 1 <= mDataArray.UBound(2);
 }
 
 // Gives the blank last grid row that the trim left its data row back, counted as added. Any
 // other row is left alone.
-void gridcontrol::attachDataRow(qint32 gridRow)
+void gridcontrolPrivate::attachDataRow(qint32 gridRow)
 {
     if (!mDataArray.isAssigned() || gridRow != flexgrid->Rows() - 1 || gridRow - 1 != mDataArray.UBound(2) + 1)
         return;
@@ -61,16 +63,16 @@ bool gridcontrol::SaveLastCol()
 {
     bool result = false;
     try {
-        if (!commitCurrentCell())
+        if (!d->commitCurrentCell())
             return false;
         result = true;
         // A trailing row whose every value reads "" is not saved: drop it from the store (the
         // grid view keeps it on screen). Once dropped, the store's last row is no longer the
         // grid's last: saving again drops nothing more.
-        const int last = mDataArray.UBound(2);
-        bool blank = hasDataRow(flexgrid->Rows() - 1);
-        for (int j = 0; j <= mDataArray.UBound(1) && blank; ++j) {
-            const QVariant &value = std::as_const(mDataArray)(j, last);
+        const int last = d->mDataArray.UBound(2);
+        bool blank = d->hasDataRow(d->flexgrid->Rows() - 1);
+        for (int j = 0; j <= d->mDataArray.UBound(1) && blank; ++j) {
+            const QVariant &value = std::as_const(d->mDataArray)(j, last);
             blank = !isNull(value) && CStr(value).isEmpty();
         }
         if (blank) {
@@ -78,11 +80,11 @@ bool gridcontrol::SaveLastCol()
                 throw RuntimeError(ErrSubscriptOutOfRange,
                                    QStringLiteral("Subscript out of range: the only row cannot be dropped"),
                                    QStringLiteral("gridcontrol"));
-            mDataArray.redimPreserve(last - 1);
-            if (mRowStatusArray.size() > last)
-                mRowStatusArray.resize(last);
+            d->mDataArray.redimPreserve(last - 1);
+            if (d->mRowStatusArray.size() > last)
+                d->mRowStatusArray.resize(last);
         }
-        bRemovingRow = false;
+        d->bRemovingRow = false;
         return true;
     } catch (const RuntimeError &error) {
         Err().setFrom(error);
@@ -91,7 +93,7 @@ bool gridcontrol::SaveLastCol()
     }
 }
 
-bool gridcontrol::RemoveGridRow(qint32 &lRow)
+bool gridcontrolPrivate::RemoveGridRow(qint32 &lRow)
 {
     // Checked first so that a bad row changes nothing.
     if (lRow < 1 || lRow >= flexgrid->Rows())

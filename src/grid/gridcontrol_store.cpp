@@ -2,6 +2,8 @@
 // read and write single cells.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/format.h>
@@ -15,58 +17,58 @@ namespace PanelKestrin {
 
 VariantMatrix gridcontrol::DataArray() const
 {
-    return mDataArray;
+    return d->mDataArray;
 }
 
 void gridcontrol::setDataArray(const VariantMatrix &DataArray)
 {
-    mDataArray = DataArray;
+    d->mDataArray = DataArray;
 }
 
 QStringList gridcontrol::RowStatusArray() const
 {
-    return mRowStatusArray;
+    return d->mRowStatusArray;
 }
 
 void gridcontrol::SetGridValue()
 {
-    flexgrid->setText(TxtAdjust->text());
+    d->flexgrid->setText(d->TxtAdjust->text());
 }
 
 void gridcontrol::SetColumnValue(const QVariant &vValue, qint16 iColumn, qint16 iRow)
 {
-    TxtAdjust->setVisible(false);
-    flexgrid->setTextMatrix(iRow, iColumn, CStr(vValue));
-    attachDataRow(iRow); // a value written to the blank row the save trim left
-    mDataArray(iColumn - 1, iRow - 1) = vValue;
+    d->TxtAdjust->setVisible(false);
+    d->flexgrid->setTextMatrix(iRow, iColumn, CStr(vValue));
+    d->attachDataRow(iRow); // a value written to the blank row the save trim left
+    d->mDataArray.setValue(iColumn - 1, iRow - 1, vValue);
 }
 
 QVariant gridcontrol::GetColumnValue(qint16 iColumn, qint32 iRow)
 {
-    TxtAdjust->setVisible(false);
-    return flexgrid->TextMatrix(iRow, iColumn);
+    d->TxtAdjust->setVisible(false);
+    return d->flexgrid->TextMatrix(iRow, iColumn);
 }
 
 QVariant gridcontrol::vColumnValue(qint16 iRow, qint16 iCol) const
 {
-    return flexgrid->TextMatrix(iRow, iCol);
+    return d->flexgrid->TextMatrix(iRow, iCol);
 }
 
 bool gridcontrol::vSetGridRowColValue(qint16 &iRow, qint16 &iCol, const QVariant &vColumnValue)
 {
     // Only the upper bounds are checked; the caller's index is overwritten with -1.
-    if (iCol > flexgrid->Cols() - 1)
+    if (iCol > d->flexgrid->Cols() - 1)
         iCol = -1;
-    else if (iRow > flexgrid->Rows() - 1)
+    else if (iRow > d->flexgrid->Rows() - 1)
         iRow = -1;
 
     if (iRow != -1 && iCol != -1) {
         const QString text = CStr(vColumnValue);
-        flexgrid->setTextMatrix(iRow, iCol, text);
-        if (iCol == flexgrid->Col())
-            TxtAdjust->setText(text);
-        attachDataRow(iRow); // a value written to the blank row the save trim left
-        mDataArray(iCol - 1, iRow - 1) = vColumnValue;
+        d->flexgrid->setTextMatrix(iRow, iCol, text);
+        if (iCol == d->flexgrid->Col())
+            d->TxtAdjust->setText(text);
+        d->attachDataRow(iRow); // a value written to the blank row the save trim left
+        d->mDataArray.setValue(iCol - 1, iRow - 1, vColumnValue);
     } else if (iRow == -1) {
         MsgBox(tr("Trying to assign a Row that is Invalid for the Grid."), vbCritical, tr("Formdeck"));
     } else {
@@ -78,29 +80,29 @@ bool gridcontrol::vSetGridRowColValue(qint16 &iRow, qint16 &iCol, const QVariant
 double gridcontrol::ColTotal(qint16 iCol) const
 {
     double total = 0;
-    for (int r = 1; r <= flexgrid->Rows() - 1; ++r)
-        total += Val(flexgrid->TextMatrix(r, iCol));
+    for (int r = 1; r <= d->flexgrid->Rows() - 1; ++r)
+        total += Val(d->flexgrid->TextMatrix(r, iCol));
     return total;
 }
 
 qint32 gridcontrol::CurrentRowNumber() const
 {
-    return flexgrid->Row();
+    return d->flexgrid->Row();
 }
 
 qint32 gridcontrol::CurrentColNumber() const
 {
-    return flexgrid->Col();
+    return d->flexgrid->Col();
 }
 
 qint32 gridcontrol::MaxRowNumber() const
 {
-    return flexgrid->Rows();
+    return d->flexgrid->Rows();
 }
 
 // The edit box's text as the typed value of data column iCol: character values at the
 // column's full width, numbers as their leading number, dates as mm/dd/yyyy text.
-QVariant gridcontrol::GetEditValue(qint16 iCol) const
+QVariant gridcontrolPrivate::GetEditValue(qint16 iCol) const
 {
     if (iCol < 0 || iCol >= RecStructArray.size())
         throw RuntimeError(ErrSubscriptOutOfRange,

@@ -2,6 +2,8 @@
 // header captions and widths.
 #include <PanelKestrin/gridcontrol.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include "grid/gridvalues_p.h"
 
 #include <PanelKestrin/conversions.h>
@@ -133,17 +135,17 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
 {
     if (!RstTemp)
         throw RuntimeError(ErrObjectNotSet, QStringLiteral("MakeStruct: the recordset is not set"), kSource);
-    flexgrid->setRedraw(false);
+    d->flexgrid->setRedraw(false);
     // Repaint whatever happens: a failed load must not leave the grid frozen.
-    const auto redraw = qScopeGuard([this] { flexgrid->setRedraw(true); });
-    bRemovingRow = false;
+    const auto redraw = qScopeGuard([this] { d->flexgrid->setRedraw(true); });
+    d->bRemovingRow = false;
     if (NoAddRow) {
-        CmdGridAdd->setVisible(false);
-        CmdGridDelete->setVisible(false);
+        d->CmdGridAdd->setVisible(false);
+        d->CmdGridDelete->setVisible(false);
     }
-    iPageSize = qint16(heightInTwips() / FlexGrid::DefaultRowHeight);
-    bHoldCell = false;
-    sNotEditCols.clear();
+    d->iPageSize = qint16(d->heightInTwips() / FlexGrid::DefaultRowHeight);
+    d->bHoldCell = false;
+    d->sNotEditCols.clear();
 
     const bool listGiven = !isEmpty(FieldList);
     const QStringList fieldNames = listGiven ? FieldList.toStringList() : QStringList();
@@ -151,16 +153,16 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
 
     if (RstTemp->BOF() && RstTemp->adoEOF()) {
         // No records: one blank row, counted as added.
-        mDataArray.redim(0, lastField, 0, 0);
-        mRowStatusArray = QStringList{QStringLiteral("A")};
+        d->mDataArray.redim(0, lastField, 0, 0);
+        d->mRowStatusArray = QStringList{QStringLiteral("A")};
     } else {
-        mDataArray = RstTemp->GetRows(-1, int(Recordset::BookmarkFirst), listGiven ? QVariant(fieldNames) : QVariant());
-        mRowStatusArray = QStringList(mDataArray.UBound(2) + 1, QString());
+        d->mDataArray = RstTemp->GetRows(-1, int(Recordset::BookmarkFirst), listGiven ? QVariant(fieldNames) : QVariant());
+        d->mRowStatusArray = QStringList(d->mDataArray.UBound(2) + 1, QString());
     }
 
-    RecStructArray = QVector<RecStruct>(lastField + 1);
-    const QString notEditable = UCase(sNotEditableFields);
-    const QString notBlank = UCase(sNotBlankCols);
+    d->RecStructArray = QVector<RecStruct>(lastField + 1);
+    const QString notEditable = UCase(d->sNotEditableFields);
+    const QString notBlank = UCase(d->sNotBlankCols);
     QString typeLetter;
     int j = 0;
     const PanelKestrin::Fields fields = RstTemp->Fields();
@@ -171,43 +173,43 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
             continue;
         const QString upperName = UCase(name);
         if (InStr(1, notEditable, upperName) > 0)
-            sNotEditCols += QString::number(j + 1) + QLatin1Char(',');
+            d->sNotEditCols += QString::number(j + 1) + QLatin1Char(',');
         RecStruct rec = describeField(field, typeLetter);
         // Only "nullable" alone counts as may-be-blank.
         rec.Null = field.Attributes() == 32;
         if (InStr(1, notBlank, upperName) > 0)
             rec.Null = false;
-        if (j >= RecStructArray.size())
+        if (j >= d->RecStructArray.size())
             throw RuntimeError(ErrSubscriptOutOfRange,
                                QStringLiteral("Subscript out of range: field %1 is the %2th field shown, the field list names %3")
-                                   .arg(name).arg(j + 1).arg(RecStructArray.size()),
+                                   .arg(name).arg(j + 1).arg(d->RecStructArray.size()),
                                kSource);
-        RecStructArray[j] = rec;
+        d->RecStructArray[j] = rec;
         ++j;
     }
 
-    const QStringList headers = Split(sGridHeader, QStringLiteral(","));
-    const int lastColumn = mDataArray.UBound(1);
-    const int lastRow = mDataArray.UBound(2);
-    flexgrid->setCols(lastColumn + 2);
-    flexgrid->setRows(lastRow + 2);
-    flexgrid->setColWidth(0, 200);
-    flexgrid->setBackColorSel(QColor(Qt::blue));
+    const QStringList headers = Split(d->sGridHeader, QStringLiteral(","));
+    const int lastColumn = d->mDataArray.UBound(1);
+    const int lastRow = d->mDataArray.UBound(2);
+    d->flexgrid->setCols(lastColumn + 2);
+    d->flexgrid->setRows(lastRow + 2);
+    d->flexgrid->setColWidth(0, 200);
+    d->flexgrid->setBackColorSel(QColor(Qt::blue));
     // The cells show the loaded values without a text of their own when every column has its
     // caption; otherwise they are written column by column up to the missing caption.
     const bool valuesShown =
-        headers.size() > lastColumn && showValuesInGrid(*flexgrid, mDataArray, NullCell::Empty);
+        headers.size() > lastColumn && showValuesInGrid(*d->flexgrid, d->mDataArray, NullCell::Empty);
     for (int c = 0; c <= lastColumn; ++c) {
-        flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
-        flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
+        d->flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
+        d->flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
         for (int r = 0; r <= lastRow && !valuesShown; ++r) {
-            const QVariant &value = std::as_const(mDataArray)(c, r); // a read: no detach from the recordset's rows
-            flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
+            const QVariant &value = std::as_const(d->mDataArray)(c, r); // a read: no detach from the recordset's rows
+            d->flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
         }
     }
-    flexgrid->setAllowBigSelection(false);
-    flexgrid->setHighLight(FlexGrid::flexHighlightAlways);
-    flexgrid_EnterCell();
+    d->flexgrid->setAllowBigSelection(false);
+    d->flexgrid->setHighLight(FlexGrid::flexHighlightAlways);
+    d->flexgrid_EnterCell();
     // One cell right and back, so that the editor settles on the first data cell.
     SendKeys(QStringLiteral("{Right}"));
     SendKeys(QStringLiteral("{Left}"));
@@ -215,42 +217,42 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
 
 void gridcontrol::MakeGridStructure()
 {
-    bStructureMade = true;
-    bRemovingRow = false;
-    const int cols = flexgrid->Cols();
+    d->bStructureMade = true;
+    d->bRemovingRow = false;
+    const int cols = d->flexgrid->Cols();
     // One entry more than there are grid columns: the column skip of the editor may look one
     // past the last column.
-    GridStructArray = QVector<GridStruct>(cols + 1);
+    d->GridStructArray = QVector<GridStruct>(cols + 1);
     for (int k = 0; k < cols; ++k)
-        GridStructArray[k] = GridStruct{true, false, false};
-    const int size = int(GridStructArray.size());
-    for (const QString &entry : assignedList(sDisableCols, QStringLiteral("DisableCol")))
-        GridStructArray[ruleIndex(entry, size, QStringLiteral("DisableCol"))].ColEnable = false;
+        d->GridStructArray[k] = GridStruct{true, false, false};
+    const int size = int(d->GridStructArray.size());
+    for (const QString &entry : assignedList(d->sDisableCols, QStringLiteral("DisableCol")))
+        d->GridStructArray[ruleIndex(entry, size, QStringLiteral("DisableCol"))].ColEnable = false;
     // A help column is enabled even when it is also listed as disabled.
-    for (const QString &entry : assignedList(sHelpCols, QStringLiteral("InvokeHelpCol")))
-        GridStructArray[ruleIndex(entry, size, QStringLiteral("InvokeHelpCol"))].ColEnable = true;
-    for (const QString &entry : assignedList(sMandatoryCols, QStringLiteral("MandatoryCol")))
-        GridStructArray[ruleIndex(entry, size, QStringLiteral("MandatoryCol"))].ColMandatory = true;
+    for (const QString &entry : assignedList(d->sHelpCols, QStringLiteral("InvokeHelpCol")))
+        d->GridStructArray[ruleIndex(entry, size, QStringLiteral("InvokeHelpCol"))].ColEnable = true;
+    for (const QString &entry : assignedList(d->sMandatoryCols, QStringLiteral("MandatoryCol")))
+        d->GridStructArray[ruleIndex(entry, size, QStringLiteral("MandatoryCol"))].ColMandatory = true;
 }
 
 void gridcontrol::ChangeGridHeader(const QVariantList &ColHeader)
 {
     const QVariantList captions = entryAt(ColHeader, 0, QStringLiteral("ColHeader")).toList();
-    for (int i = 0; i <= flexgrid->Cols() - 2; ++i)
-        flexgrid->setTextMatrix(0, i + 1, CStr(entryAt(captions, i, QStringLiteral("ColHeader(0)"))));
+    for (int i = 0; i <= d->flexgrid->Cols() - 2; ++i)
+        d->flexgrid->setTextMatrix(0, i + 1, CStr(entryAt(captions, i, QStringLiteral("ColHeader(0)"))));
 }
 
 void gridcontrol::FixColSizes(const QVariantList &ColSizeList)
 {
-    vColSizes = ColSizeList;
-    const int cols = flexgrid->Cols();
+    d->vColSizes = ColSizeList;
+    const int cols = d->flexgrid->Cols();
     if (ColSizeList.size() == cols) {
         for (int k = 1; k < cols; ++k) {
-            flexgrid->setCol(k);
-            flexgrid->setColWidth(k, CLng(ColSizeList.at(k)));
+            d->flexgrid->setCol(k);
+            d->flexgrid->setColWidth(k, CLng(ColSizeList.at(k)));
         }
     }
-    flexgrid->setCol(1);
+    d->flexgrid->setCol(1);
 }
 
 } // namespace PanelKestrin

@@ -14,6 +14,8 @@
 #include <PanelKestrin/twips.h>
 #include <PanelKestrin/variant.h>
 
+#include "grid/gridcontrol_p.h"
+
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QStandardPaths>
@@ -24,17 +26,18 @@
 
 namespace PanelKestrin {
 
-// The grid's private state as the tests read it.
-struct gridcontrolAccess {
-    static FlexGrid *grid(gridcontrol &g) { return g.flexgrid; }
-    static QLineEdit *editor(gridcontrol &g) { return g.TxtAdjust; }
-    static const QVector<RecStruct> &recStructs(gridcontrol &g) { return g.RecStructArray; }
-    static const QVector<GridStruct> &gridStructs(gridcontrol &g) { return g.GridStructArray; }
-    static QString notEditCols(gridcontrol &g) { return g.sNotEditCols; }
-    static qint16 pageSize(gridcontrol &g) { return g.iPageSize; }
-    static bool &holdCell(gridcontrol &g) { return g.bHoldCell; }
-    static QStringList &statuses(gridcontrol &g) { return g.mRowStatusArray; }
-    static bool removeRow(gridcontrol &g, qint32 row) { return g.RemoveGridRow(row); }
+// The grid's private state as the tests read it, through its private header.
+struct GridInternals {
+    static gridcontrolPrivate *of(gridcontrol &g) { return gridcontrolPrivate::get(&g); }
+    static FlexGrid *grid(gridcontrol &g) { return of(g)->flexgrid; }
+    static QLineEdit *editor(gridcontrol &g) { return of(g)->TxtAdjust; }
+    static const QVector<RecStruct> &recStructs(gridcontrol &g) { return of(g)->RecStructArray; }
+    static const QVector<GridStruct> &gridStructs(gridcontrol &g) { return of(g)->GridStructArray; }
+    static QString notEditCols(gridcontrol &g) { return of(g)->sNotEditCols; }
+    static qint16 pageSize(gridcontrol &g) { return of(g)->iPageSize; }
+    static bool &holdCell(gridcontrol &g) { return of(g)->bHoldCell; }
+    static QStringList &statuses(gridcontrol &g) { return of(g)->mRowStatusArray; }
+    static bool removeRow(gridcontrol &g, qint32 row) { return of(g)->RemoveGridRow(row); }
 };
 
 } // namespace PanelKestrin
@@ -124,9 +127,9 @@ inline std::unique_ptr<gridcontrol> makeGrid(Recordset &rs, int heightTwips = 36
 // last row, the one SaveLastCol leaves. Returns what disagrees, or an empty text.
 inline QString screenStoreMismatch(gridcontrol &g)
 {
-    FlexGrid *view = gridcontrolAccess::grid(g);
+    FlexGrid *view = GridInternals::grid(g);
     const VariantMatrix data = g.DataArray();
-    const QVector<RecStruct> &recs = gridcontrolAccess::recStructs(g);
+    const QVector<RecStruct> &recs = GridInternals::recStructs(g);
     const int dataRows = data.UBound(2) + 1;
     const int gridRows = view->Rows() - 1;
     if (g.RowStatusArray().size() != dataRows)

@@ -76,8 +76,8 @@ void tst_gridcontrol_editor::typedCharacters()
     QFETCH(QString, start);
     Database db;
     auto g = grid(db);
-    gridcontrolAccess::grid(*g)->setCol(col);
-    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    GridInternals::grid(*g)->setCol(col);
+    QLineEdit *editor = GridInternals::editor(*g);
     editor->setText(start);
     QFETCH(QString, typed);
     QTest::keyClicks(editor, typed);
@@ -118,8 +118,8 @@ void tst_gridcontrol_editor::nonAsciiKeysReachTheCell()
     QFETCH(QString, typed);
     Database db;
     auto g = grid(db);
-    gridcontrolAccess::grid(*g)->setCol(col);
-    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    GridInternals::grid(*g)->setCol(col);
+    QLineEdit *editor = GridInternals::editor(*g);
     editor->setText(start);
     if (key < 0) {
         QInputMethodEvent commit;
@@ -133,7 +133,7 @@ void tst_gridcontrol_editor::nonAsciiKeysReachTheCell()
     // Leaving the cell writes what was typed to the grid and the store.
     QTest::keyClick(editor, Qt::Key_Down);
     QFETCH(QString, result);
-    QCOMPARE(gridcontrolAccess::grid(*g)->TextMatrix(1, col), result);
+    QCOMPARE(GridInternals::grid(*g)->TextMatrix(1, col), result);
     if (col == 1)
         QCOMPARE(Trim(CStr(g->DataArray()(0, 0))), result);
 }
@@ -161,7 +161,7 @@ void tst_gridcontrol_editor::numbersTypeIntoFloatingPointColumns()
     db.cn.Execute(QStringLiteral("INSERT INTO f VALUES (NULL)"));
     auto rsf = db.open(QStringLiteral("SELECT amount FROM f"));
     auto g = makeGrid(*rsf);
-    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    QLineEdit *editor = GridInternals::editor(*g);
     editor->setText(QString());
     QFETCH(QString, typed);
     QTest::keyClicks(editor, typed);
@@ -179,8 +179,8 @@ void tst_gridcontrol_editor::editorIsNamedForScreenReaders()
     db.fillLines(3);
     auto rsl = db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
     auto g = makeGrid(*rsl, 3600, QStringLiteral("Item,Qty,Price"));
-    FlexGrid *view = gridcontrolAccess::grid(*g);
-    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    FlexGrid *view = GridInternals::grid(*g);
+    QLineEdit *editor = GridInternals::editor(*g);
     const auto name = [](QWidget *w) { return QAccessible::queryAccessibleInterface(w)->text(QAccessible::Name); };
 
     view->setRow(3);
@@ -240,13 +240,13 @@ void tst_gridcontrol_editor::moveKeys()
     Database db;
     QFETCH(QString, disabled);
     auto g = grid(db, disabled);
-    FlexGrid *view = gridcontrolAccess::grid(*g);
+    FlexGrid *view = GridInternals::grid(*g);
     view->setRow(start.x());
     view->setCol(start.y());
-    keys.simulate(gridcontrolAccess::editor(*g));
+    keys.simulate(GridInternals::editor(*g));
     QTEST(QPoint(view->Row(), view->Col()), "cell");
     QTEST(view->Rows(), "rows");
-    QLineEdit *editor = gridcontrolAccess::editor(*g);
+    QLineEdit *editor = GridInternals::editor(*g);
     QCOMPARE(editor->selectedText(), editor->text()); // the whole text is selected
     QCOMPARE(g->DataArray().UBound(2) + 1, g->RowStatusArray().size());
 }
@@ -262,12 +262,12 @@ void tst_gridcontrol_editor::helpKey()
         QCOMPARE(value.toDouble(), 1.5);
         Cancel = cancel;
     });
-    FlexGrid *view = gridcontrolAccess::grid(*g);
+    FlexGrid *view = GridInternals::grid(*g);
     view->setCol(3);
-    QTest::keyClick(gridcontrolAccess::editor(*g), Qt::Key_F1);
+    QTest::keyClick(GridInternals::editor(*g), Qt::Key_F1);
     QCOMPARE(helpCols, QList<int>{2}); // the data column, counted from 0
     cancel = false;
-    QTest::keyClick(gridcontrolAccess::editor(*g), Qt::Key_F1);
+    QTest::keyClick(GridInternals::editor(*g), Qt::Key_F1);
     QCOMPARE(helpCols.size(), 2);
     QCOMPARE(view->Col(), 3);
 }
@@ -288,8 +288,8 @@ void tst_gridcontrol_editor::notEditableColumnsLockLoadedRows()
     g.setInvokeHelpCol(QString());
     g.setMandatoryCol(QString());
     g.MakeGridStructure();
-    FlexGrid *view = gridcontrolAccess::grid(g);
-    QLineEdit *editor = gridcontrolAccess::editor(g);
+    FlexGrid *view = GridInternals::grid(g);
+    QLineEdit *editor = GridInternals::editor(g);
     view->setRow(2);
     QVERIFY(!editor->isEnabled());
     view->setCol(2);

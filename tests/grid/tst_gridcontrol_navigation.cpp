@@ -27,8 +27,8 @@ private slots:
         rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
         grid = makeGrid(*rs);
         grid->bShowMenu = true;
-        view = gridcontrolAccess::grid(*grid);
-        editor = gridcontrolAccess::editor(*grid);
+        view = GridInternals::grid(*grid);
+        editor = GridInternals::editor(*grid);
     }
     void cleanup()
     {
@@ -132,11 +132,11 @@ void tst_gridcontrol_navigation::blankMandatoryCellHolds()
     grid->TopRow();
     editor->setText(QString()); // the user blanks the mandatory code
     click(2, 2);
-    QVERIFY(!gridcontrolAccess::holdCell(*grid)); // the note may be blank
+    QVERIFY(!GridInternals::holdCell(*grid)); // the note may be blank
     view->setCol(1);
     editor->setText(QString());
     click(1, 1);
-    QVERIFY(gridcontrolAccess::holdCell(*grid)); // a blank code holds the cell
+    QVERIFY(GridInternals::holdCell(*grid)); // a blank code holds the cell
     QTest::keyClick(editor, Qt::Key_Return); // Enter does not leave a held cell
     QCOMPARE(QPoint(view->Row(), view->Col()), QPoint(1, 1));
 }

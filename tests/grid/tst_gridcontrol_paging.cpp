@@ -28,12 +28,12 @@ void tst_gridcontrol_paging::pageSizeFromHeight()
     gridcontrol fresh;
     fresh.resize(100, TwipsToPixelsY(2900, &fresh));
     // A new control counts one row less than a loaded one.
-    QCOMPARE(int(gridcontrolAccess::pageSize(fresh)), 3600 / 285 - 1);
+    QCOMPARE(int(GridInternals::pageSize(fresh)), 3600 / 285 - 1);
     Database db;
     db.fillLines(1);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs, 2900);
-    QCOMPARE(int(gridcontrolAccess::pageSize(*grid)), 10);
+    QCOMPARE(int(GridInternals::pageSize(*grid)), 10);
 }
 
 // A grid with a page of 10 rows.
@@ -65,7 +65,7 @@ void tst_gridcontrol_paging::moves()
     db.fillLines(dataRows);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs, 2900);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     view->setRow(startRow);
 
     QVERIFY(QMetaObject::invokeMethod(grid.get(), move.toLatin1().constData()));
@@ -74,7 +74,7 @@ void tst_gridcontrol_paging::moves()
         QCOMPARE(view->TopRow(), topRow);
     // The editor follows the current row.
     QCOMPARE(view->TextMatrix(view->Row(), 0), QStringLiteral(">"));
-    QCOMPARE(gridcontrolAccess::editor(*grid)->text(), view->Text());
+    QCOMPARE(GridInternals::editor(*grid)->text(), view->Text());
 }
 
 void tst_gridcontrol_paging::populate()
@@ -83,7 +83,7 @@ void tst_gridcontrol_paging::populate()
     db.fillLines(2);
     auto rs = db.open(QStringLiteral("SELECT item, qty FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
 
     VariantMatrix data(0, 1, 0, 1);
     data(0, 0) = QStringLiteral("A1");

@@ -95,8 +95,8 @@ void tst_gridcontrol_random::randomActionsKeepTheGridConsistent()
     connect(grid.get(), &gridcontrol::RowLevelValidate, grid.get(),
             [&](qint32 &Row, bool &Cancel) { Cancel = Row % 7 == 6; });
 
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
-    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
+    QLineEdit *editor = GridInternals::editor(*grid);
     auto *find = grid->findChild<QLineEdit *>(QStringLiteral("TxtFind"));
     QRandomGenerator rng(seed);
     const Qt::Key moves[] = {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home,

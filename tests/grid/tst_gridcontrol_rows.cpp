@@ -52,10 +52,10 @@ void tst_gridcontrol_rows::removeRow()
     db.fillLines(int(statuses.size()));
     auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     grid->bShowMenu = true;
     view->setRow(removed); // commits the cell left, so the statuses are set after the move
-    gridcontrolAccess::statuses(*grid) = statuses;
+    GridInternals::statuses(*grid) = statuses;
     const QString below = removed < int(statuses.size()) ? view->TextMatrix(removed + 1, 1) : QString();
 
     grid->GridRowDelete();
@@ -72,7 +72,7 @@ void tst_gridcontrol_rows::removeRow()
         // The rows below were re-read from the grid's text: numbers come back as text.
         QCOMPARE(grid->DataArray()(2, removed - 1), QVariant(QString::number(removed + 1)));
     }
-    QCOMPARE(capture([&] { gridcontrolAccess::removeRow(*grid, rowsAfter); }).number, int(ErrInvalidGridIndex));
+    QCOMPARE(capture([&] { GridInternals::removeRow(*grid, rowsAfter); }).number, int(ErrInvalidGridIndex));
     QCOMPARE(grid->DataArray().UBound(2), rowsAfter - 2); // a bad row changes nothing
 }
 
@@ -112,7 +112,7 @@ void tst_gridcontrol_rows::addRow()
         Cancel = hostCancels;
     });
     connect(grid.get(), &gridcontrol::GridAfterRowAdd, grid.get(), [&] { ++afterAdd; });
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
 
     grid->GridRowAddnew();
     QCOMPARE(afterAdd, added ? 1 : 0);
@@ -124,7 +124,7 @@ void tst_gridcontrol_rows::addRow()
         QCOMPARE(view->Row(), 3);
         QCOMPARE(view->Col(), 1);
         QCOMPARE(view->TextMatrix(3, 0), QStringLiteral(">"));
-        QCOMPARE(gridcontrolAccess::editor(*grid)->text(), QString());
+        QCOMPARE(GridInternals::editor(*grid)->text(), QString());
     }
     grid->bShowMenu = false; // the commands are offered only with the menu
     grid->GridRowAddnew();
@@ -145,7 +145,7 @@ void tst_gridcontrol_rows::saveLastColDropsTrailingBlankRow()
     db.fillLines(2);
     auto rs = db.open(QStringLiteral("SELECT item, qty FROM lines"));
     auto grid = makeGrid(*rs);
-    gridcontrolAccess::statuses(*grid)[1] = QStringLiteral("A");
+    GridInternals::statuses(*grid)[1] = QStringLiteral("A");
     for (qint16 c = 1; c <= 2; ++c)
         grid->SetColumnValue(blankValue, c, 2);
 
@@ -153,7 +153,7 @@ void tst_gridcontrol_rows::saveLastColDropsTrailingBlankRow()
     QCOMPARE(grid->DataArray().UBound(2), 0);
     // Saving commits the current cell first, so its row counts as edited.
     QCOMPARE(grid->RowStatusArray(), QStringList{QStringLiteral("E")});
-    QCOMPARE(gridcontrolAccess::grid(*grid)->Rows(), 3); // the view keeps its row
+    QCOMPARE(GridInternals::grid(*grid)->Rows(), 3); // the view keeps its row
 
     // A row with data is kept; a grid of one blank row reports its error and stays.
     QVERIFY(grid->SaveLastCol());
@@ -176,7 +176,7 @@ void tst_gridcontrol_rows::saveLastColHeldCell()
     auto grid = makeGrid(*rs);
     connect(grid.get(), &gridcontrol::ValidateRow, grid.get(),
             [](qint32 &, qint16 &, QVariant &, bool &Cancel) { Cancel = true; });
-    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    QLineEdit *editor = GridInternals::editor(*grid);
     editor->setText(QStringLiteral("REFUSED"));
     editor->hide();
 
@@ -215,8 +215,8 @@ void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore()
     auto rs = db.open(QStringLiteral("SELECT due, item, qty FROM lines ORDER BY qty"));
     auto grid = makeGrid(*rs);
     grid->bShowMenu = true;
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
-    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
+    QLineEdit *editor = GridInternals::editor(*grid);
     grid->GridRowAddnew();
     QVERIFY(grid->SaveLastCol());
     QCOMPARE(view->Rows(), 4);
@@ -262,7 +262,7 @@ void tst_gridcontrol_rows::resetColRow()
     db.fillLines(3);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     view->setCol(4);
     int validated = 0;
     connect(grid.get(), &gridcontrol::ValidateRow, grid.get(), [&] { ++validated; });
@@ -270,7 +270,7 @@ void tst_gridcontrol_rows::resetColRow()
     QVERIFY(!grid->ResetColRow());
     QCOMPARE(view->Row(), 3);
     QCOMPARE(view->Col(), 1);
-    QCOMPARE(gridcontrolAccess::editor(*grid)->text(), QStringLiteral("IT003"));
+    QCOMPARE(GridInternals::editor(*grid)->text(), QStringLiteral("IT003"));
     QCOMPARE(validated, 0); // the control's own move is not validated
 }
 

@@ -75,7 +75,7 @@ void tst_gridcontrol_store::hostCellAccess()
     db.fillLines(2);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    QLineEdit *editor = GridInternals::editor(*grid);
     grid->TopRow(); // places the editor on the first cell
     QVERIFY(editor->isVisible());
 
@@ -134,10 +134,10 @@ void tst_gridcontrol_store::committedEditValues()
     db.fillLines(2);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
 
     view->setCol(col);
-    gridcontrolAccess::editor(*grid)->setText(typed);
+    GridInternals::editor(*grid)->setText(typed);
     view->setRow(2); // leaving the cell commits it
     QTEST(grid->DataArray()(col - 1, 0), "stored");
     QCOMPARE(view->TextMatrix(1, col), typed);
@@ -151,8 +151,8 @@ void tst_gridcontrol_store::statusesThroughEdits()
     db.fillLines(0);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
-    QLineEdit *editor = gridcontrolAccess::editor(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
+    QLineEdit *editor = GridInternals::editor(*grid);
 
     // The blank row of an empty table is "A" and stays "A" when edited.
     editor->setText(QStringLiteral("NEW"));
@@ -166,7 +166,7 @@ void tst_gridcontrol_store::statusesThroughEdits()
     grid->MakeGridStructure();
     view->setRow(2);
     view->setCol(2);
-    gridcontrolAccess::editor(*grid)->setText(QStringLiteral("CHANGED"));
+    GridInternals::editor(*grid)->setText(QStringLiteral("CHANGED"));
     view->setRow(3);
     // Every committed cell counts, changed or not: rows 1 and 2 were left, row 3 was not.
     QCOMPARE(grid->RowStatusArray(), QStringList({"E", "E", ""}));
@@ -178,7 +178,7 @@ void tst_gridcontrol_store::refusedValueHoldsTheCell()
     db.fillLines(3);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     view->setCol(3);
     QList<QPair<int, int>> validated;
     connect(grid.get(), &gridcontrol::ValidateRow, grid.get(),
@@ -187,7 +187,7 @@ void tst_gridcontrol_store::refusedValueHoldsTheCell()
                 Cancel = value.toDouble() > 100;
             });
 
-    gridcontrolAccess::editor(*grid)->setText(QStringLiteral("500"));
+    GridInternals::editor(*grid)->setText(QStringLiteral("500"));
     QTest::mouseClick(view->view()->viewport(), Qt::LeftButton, {},
                       view->view()->visualRect(view->view()->model()->index(2, 0)).center());
     // Refused: the store keeps the old value, and the cell is entered again.
@@ -196,13 +196,13 @@ void tst_gridcontrol_store::refusedValueHoldsTheCell()
     QCOMPARE(view->Row(), 1);
     QCOMPARE(view->Col(), 3);
     // Releasing the button re-decides the hold from the cell now entered, which holds a value.
-    QVERIFY(!gridcontrolAccess::holdCell(*grid));
+    QVERIFY(!GridInternals::holdCell(*grid));
 
-    gridcontrolAccess::editor(*grid)->setText(QStringLiteral("50"));
+    GridInternals::editor(*grid)->setText(QStringLiteral("50"));
     view->setRow(3);
     QCOMPARE(grid->DataArray()(2, 0).toDouble(), 50.0);
     QCOMPARE(view->Row(), 3);
-    QVERIFY(!gridcontrolAccess::holdCell(*grid));
+    QVERIFY(!GridInternals::holdCell(*grid));
 }
 
 // The loaded cells' texts come from the shared rows when they are read; whatever the grid or
@@ -249,7 +249,7 @@ void tst_gridcontrol_store::loadedTextsThroughGridChanges()
     db.cn.Execute(QStringLiteral("INSERT INTO lines VALUES ('IT009', NULL, 9, NULL, NULL, NULL, 9)"));
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     VariantMatrix store = grid->DataArray();
     VariantMatrix fresh(0, 6, 0, 3);
     for (int r = 0; r < 4; ++r)

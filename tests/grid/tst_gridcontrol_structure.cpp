@@ -67,7 +67,7 @@ void tst_gridcontrol_structure::describesEachFieldType()
     auto rs = db.open(QStringLiteral("SELECT * FROM t"));
     auto grid = makeGrid(*rs);
 
-    const RecStruct rec = gridcontrolAccess::recStructs(*grid).last();
+    const RecStruct rec = GridInternals::recStructs(*grid).last();
     QTEST(rec.DataType, "type");
     QTEST(int(rec.Length), "length");
     QTEST(int(rec.Decimal), "decimals");
@@ -88,7 +88,7 @@ void tst_gridcontrol_structure::sameDescriptionsFromPostgres()
         Recordset rs;
         rs.Open(QStringLiteral("SELECT * FROM grid_lines"), cn);
         auto grid = makeGrid(rs);
-        described << gridcontrolAccess::recStructs(*grid);
+        described << GridInternals::recStructs(*grid);
         QCOMPARE(grid->DataArray().value(2, 0).toInt(), 3);
         QCOMPARE(grid->vColumnValue(1, 2).toString(), QString()); // Null shows blank
     }
@@ -152,7 +152,7 @@ void tst_gridcontrol_structure::loadsRowsAndCells()
     db.fillLines(3);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
 
     QCOMPARE(view->Rows(), 4);
     QCOMPARE(view->Cols(), 8);
@@ -169,7 +169,7 @@ void tst_gridcontrol_structure::loadsRowsAndCells()
     QCOMPARE(view->ColAlignment(3), int(FlexGrid::flexAlignLeftTop));
     QCOMPARE(view->ColWidth(0), PixelsToTwipsX(TwipsToPixelsX(200, view), view)); // whole pixels
     // The editor is placed on the current data cell and holds its text.
-    QCOMPARE(gridcontrolAccess::editor(*grid)->text(), view->Text());
+    QCOMPARE(GridInternals::editor(*grid)->text(), view->Text());
     QCOMPARE(view->TextMatrix(view->Row(), 0), QStringLiteral(">"));
 }
 
@@ -179,7 +179,7 @@ void tst_gridcontrol_structure::emptyRecordsetGivesOneAddedRow()
     db.fillLines(0);
     auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
 
     QCOMPARE(view->Rows(), 2);
     QCOMPARE(grid->RowStatusArray(), QStringList{QStringLiteral("A")});
@@ -199,12 +199,12 @@ void tst_gridcontrol_structure::fieldListShowsNamedFields()
     grid.setGridHeader(QStringLiteral("Item,Qty"));
     grid.MakeStruct(rs.get(), QStringList{QStringLiteral("item"), QStringLiteral("QTY")});
 
-    QCOMPARE(gridcontrolAccess::grid(grid)->Cols(), 3);
-    const QVector<RecStruct> recs = gridcontrolAccess::recStructs(grid);
+    QCOMPARE(GridInternals::grid(grid)->Cols(), 3);
+    const QVector<RecStruct> recs = GridInternals::recStructs(grid);
     QCOMPARE(recs.size(), 2);
     QCOMPARE(recs.at(1).DataType, QStringLiteral("N"));
     QCOMPARE(grid.DataArray()(1, 1).toInt(), 2);
-    QCOMPARE(gridcontrolAccess::grid(grid)->TextMatrix(0, 2), QStringLiteral("Qty"));
+    QCOMPARE(GridInternals::grid(grid)->TextMatrix(0, 2), QStringLiteral("Qty"));
 }
 
 // Column names are matched as case-insensitive substrings of the lists.
@@ -219,8 +219,8 @@ void tst_gridcontrol_structure::columnNameListsMatchSubstrings()
     grid.setNotBlankCols(QStringLiteral("CITY;CODE"));
     grid.MakeStruct(rs.get());
 
-    QCOMPARE(gridcontrolAccess::notEditCols(grid), QStringLiteral("1,2,"));
-    const QVector<RecStruct> recs = gridcontrolAccess::recStructs(grid);
+    QCOMPARE(GridInternals::notEditCols(grid), QStringLiteral("1,2,"));
+    const QVector<RecStruct> recs = GridInternals::recStructs(grid);
     QCOMPARE(recs.at(0).Null, true);
     QCOMPARE(recs.at(2).Null, false);
     QCOMPARE(recs.at(3).Null, false);
@@ -267,7 +267,7 @@ void tst_gridcontrol_structure::columnRules()
         return;
 
     QString enabled, mandatories;
-    for (const GridStruct &rule : gridcontrolAccess::gridStructs(grid)) {
+    for (const GridStruct &rule : GridInternals::gridStructs(grid)) {
         enabled += rule.ColEnable ? QLatin1Char('1') : QLatin1Char('0');
         mandatories += rule.ColMandatory ? QLatin1Char('1') : QLatin1Char('0');
         QVERIFY(!rule.HelpInvoked);
@@ -282,7 +282,7 @@ void tst_gridcontrol_structure::headersAndWidths()
     db.fillLines(2);
     auto rs = db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
     auto grid = makeGrid(*rs);
-    FlexGrid *view = gridcontrolAccess::grid(*grid);
+    FlexGrid *view = GridInternals::grid(*grid);
     view->setTextMatrix(0, 0, QStringLiteral("#"));
 
     grid->ChangeGridHeader({QVariantList{"Item", "Quantity", "Price", "ignored"}, QVariantList{"other"}});
