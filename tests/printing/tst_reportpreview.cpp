@@ -1,0 +1,361 @@
+#include "reporttestsupport.h"
+
+#include "printing/reportpreview_p.h"
+
+#include <PanelKestrin/errorreporter.h>
+#include <PanelKestrin/modalrunner.h>
+#include <PanelKestrin/runtimeerror.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace ReportTest;
+
+namespace {
+
+QString pageLabel(const ReportPreview &preview)
+{
+    return preview.findChild<QLabel *>(QStringLiteral("lblPage"))->text();
+}
+
+QPushButton *button(const ReportPreview &preview, const char *name)
+{
+    auto *b = preview.findChild<QPushButton *>(QLatin1String(name));
+    if (!b)
+        qFatal("the preview has no %s", name);
+    return b;
+}
+
+bool waitCursorShown()
+{
+    return QGuiApplication::overrideCursor()
+           && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
+}
+
+// Feeds the sample report's lines one at a time, as the engine feeds rows.
+ReportFeed sampleFeed(int lines, int *fed = nullptr)
+{
+    auto next = std::make_shared<int>(0);
+    return [=](ReportPaginator &paginator) {
+        addSampleLine(paginator, ++*next, lines, 0);
+        if (fed)
+            *fed = *next;
+        return *next < lines;
+    };
+}
+
+} // namespace
+
+class tst_ReportPreview : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void keysPageThroughTheReport_data();
+    void keysPageThroughTheReport();
+    void keysAndComboZoom_data();
+    void keysAndComboZoom();
+    void windowStateAndModality_data();
+    void windowStateAndModality();
+    void printGoesToTheHandler();
+    void exportWritesTheChosenFile_data();
+    void exportWritesTheChosenFile();
+    void longLayoutShowsProgressAndEnds();
+    void longLayoutCanBeCancelled();
+    void failingLayoutIsReportedAndCloses();
+};
+
+void tst_ReportPreview::cleanup()
+{
+    setModalRunner({});
+    setSaveFileNameHandler({});
+    setErrorReporter({});
+}
+
+void tst_ReportPreview::keysPageThroughTheReport_data()
+{
+    QTest::addColumn<QTestEventList>("keys");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<int>("pageIndex");
+    const ReportDocument doc = sampleReport(400);
+    const int last = doc.pageCount();
+    QTestEventList none;
+    QTestEventList pgDn;
+    pgDn.addKeyClick(Qt::Key_PageDown);
+    QTestEventList pgDnTwicePgUp;
+    pgDnTwicePgUp.addKeyClick(Qt::Key_PageDown);
+    pgDnTwicePgUp.addKeyClick(Qt::Key_PageDown);
+    pgDnTwicePgUp.addKeyClick(Qt::Key_PageUp);
+    QTestEventList end;
+    end.addKeyClick(Qt::Key_End);
+    QTestEventList endPgDn;
+    endPgDn.addKeyClick(Qt::Key_End);
+    endPgDn.addKeyClick(Qt::Key_PageDown);
+    QTestEventList endHome;
+    endHome.addKeyClick(Qt::Key_End);
+    endHome.addKeyClick(Qt::Key_Home);
+    QTestEventList pgUpAtFirst;
+    pgUpAtFirst.addKeyClick(Qt::Key_PageUp);
+    QTest::newRow("opens on page 1") << none << QStringLiteral("Page 1 of %1").arg(last) << 0;
+    QTest::newRow("PgDn") << pgDn << QStringLiteral("Page 2 of %1").arg(last) << 1;
+    QTest::newRow("PgDn PgDn PgUp") << pgDnTwicePgUp << QStringLiteral("Page 2 of %1").arg(last) << 1;
+    QTest::newRow("End") << end << QStringLiteral("Page %1 of %1").arg(last) << last - 1;
+    QTest::newRow("PgDn past the end") << endPgDn << QStringLiteral("Page %1 of %1").arg(last) << last - 1;
+    QTest::newRow("End Home") << endHome << QStringLiteral("Page 1 of %1").arg(last) << 0;
+    QTest::newRow("PgUp on the first page") << pgUpAtFirst << QStringLiteral("Page 1 of %1").arg(last) << 0;
+}
+
+void tst_ReportPreview::keysPageThroughTheReport()
+{
+    QFETCH(QTestEventList, keys);
+    QFETCH(QString, label);
+    QFETCH(int, pageIndex);
+    ReportPreview preview;
+    preview.setDocument(sampleReport(400));
+    preview.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&preview));
+    // The keys work wherever the focus is in the window, the zoom box included.
+    preview.findChild<QComboBox *>(QStringLiteral("cmbZoom"))->setFocus();
+    keys.simulate(&preview);
+    QCOMPARE(pageLabel(preview), label);
+    QCOMPARE(preview.currentPage(), pageIndex + 1);
+    QCOMPARE(button(preview, "cmdPrevious")->isEnabled(), pageIndex > 0);
+    QCOMPARE(button(preview, "cmdNext")->isEnabled(), pageIndex + 1 < preview.pageCount());
+}
+
+void tst_ReportPreview::keysAndComboZoom_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<QTestEventList>("keys");
+    QTest::addColumn<int>("zoom");
+    QTestEventList in;
+    in.addKeyClick(Qt::Key_Plus, Qt::ControlModifier);
+    QTestEventList inTwice = in;
+    inTwice.addKeyClick(Qt::Key_Plus, Qt::ControlModifier);
+    QTestEventList out;
+    out.addKeyClick(Qt::Key_Minus, Qt::ControlModifier);
+    QTestEventList comboDown;
+    comboDown.addKeyClick(Qt::Key_Down);
+    QTest::newRow("Ctrl++ from 100%") << 100 << in << 150;
+    QTest::newRow("Ctrl++ twice from 100%") << 100 << inTwice << 200;
+    QTest::newRow("Ctrl++ at 200% stays") << 200 << in << 200;
+    QTest::newRow("Ctrl+- from 100%") << 100 << out << 75;
+    QTest::newRow("Ctrl+- at 50% stays") << 50 << out << 50;
+    QTest::newRow("Down in the zoom box: fit width to fit page")
+        << int(ReportPreview::FitWidth) << comboDown << int(ReportPreview::FitPage);
+    QTest::newRow("Down in the zoom box: fit page to 50%") << int(ReportPreview::FitPage) << comboDown << 50;
+}
+
+void tst_ReportPreview::keysAndComboZoom()
+{
+    QFETCH(int, start);
+    QFETCH(QTestEventList, keys);
+    QFETCH(int, zoom);
+    ReportPreview preview;
+    preview.setDocument(sampleReport(100));
+    preview.resize(800, 600);
+    preview.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&preview));
+    preview.setZoom(start);
+    auto *combo = preview.findChild<QComboBox *>(QStringLiteral("cmbZoom"));
+    combo->setFocus();
+    keys.simulate(combo);
+    QCOMPARE(preview.zoomSetting(), zoom);
+    QCOMPARE(combo->currentData().toInt(), zoom);
+
+    // The page on screen has the zoomed size: percentages of its real size, or the width or
+    // the whole page in the window.
+    const QWidget *page = preview.findChild<QWidget *>(QStringLiteral("pageView"));
+    const auto *area = preview.findChild<QScrollArea *>(QStringLiteral("scrollArea"));
+    const qreal realWidth = 595.28 * page->logicalDpiX() / 72;
+    const qreal realHeight = 841.89 * page->logicalDpiY() / 72;
+    const int desk = 24;
+    if (zoom > 0) {
+        QVERIFY(qAbs(page->width() - desk - realWidth * zoom / 100) <= 1);
+    } else if (zoom == ReportPreview::FitPage) {
+        const QSize room = area->maximumViewportSize();
+        QVERIFY(page->width() <= room.width() && page->height() <= room.height());
+        QVERIFY(page->height() >= room.height() - 2 || page->width() >= room.width() - 2);
+        QVERIFY(qAbs((page->width() - desk) / realWidth - (page->height() - desk) / realHeight) < 0.01);
+    } else {
+        QVERIFY(page->width() <= area->maximumViewportSize().width());
+        QVERIFY(page->width() > area->maximumViewportSize().width() - 40);
+    }
+}
+
+void tst_ReportPreview::windowStateAndModality_data()
+{
+    QTest::addColumn<int>("windowState");
+    QTest::addColumn<bool>("modal");
+    QTest::addColumn<bool>("maximised");
+    QTest::newRow("state 2, modal") << 2 << true << true;
+    QTest::newRow("state 0, modal") << 0 << true << false;
+    QTest::newRow("state 2, modeless") << 2 << false << true;
+}
+
+void tst_ReportPreview::windowStateAndModality()
+{
+    QFETCH(int, windowState);
+    QFETCH(bool, modal);
+    QFETCH(bool, maximised);
+    ReportPreview preview;
+    preview.setDocument(sampleReport(10));
+    QDialog *shown = nullptr;
+    bool maximisedWhenShown = false;
+    setModalRunner([&](QDialog *form) {
+        shown = form;
+        maximisedWhenShown = form->windowState() & Qt::WindowMaximized;
+        return int(QDialog::Rejected);
+    });
+    QCOMPARE(preview.showReport(windowState, modal), 0);
+    QCOMPARE(shown, modal ? &preview : nullptr);
+    if (modal)
+        QCOMPARE(maximisedWhenShown, maximised);
+    else
+        QVERIFY(preview.isVisible());
+    QCOMPARE(bool(preview.windowState() & Qt::WindowMaximized), maximised);
+}
+
+void tst_ReportPreview::printGoesToTheHandler()
+{
+    ReportPreview preview;
+    preview.setDocument(sampleReport(300));
+    preview.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&preview));
+    QCOMPARE(button(preview, "cmdPrint")->isEnabled(), false);
+    QTest::keyClick(&preview, Qt::Key_P, Qt::ControlModifier); // nothing to print with: nothing
+
+    int printed = 0;
+    int pages = 0;
+    preview.setPrintHandler([&](const ReportDocument &doc, QWidget *parent) {
+        ++printed;
+        pages = doc.pageCount();
+        QCOMPARE(parent, &preview);
+    });
+    QVERIFY(button(preview, "cmdPrint")->isEnabled());
+    QTest::keyClick(&preview, Qt::Key_P, Qt::ControlModifier);
+    QTest::mouseClick(button(preview, "cmdPrint"), Qt::LeftButton);
+    QCOMPARE(printed, 2);
+    QCOMPARE(pages, preview.pageCount());
+
+    // A failing printer is reported, and the window stays.
+    QList<int> reported;
+    setErrorReporter([&](const RuntimeError &e) { reported << e.Number(); });
+    preview.setPrintHandler([](const ReportDocument &, QWidget *) {
+        throw RuntimeError(482, QStringLiteral("Printer error"));
+    });
+    QTest::keyClick(&preview, Qt::Key_P, Qt::ControlModifier);
+    QCOMPARE(reported, QList<int>{482});
+    QVERIFY(preview.isVisible());
+}
+
+void tst_ReportPreview::exportWritesTheChosenFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("start");
+    QTest::newRow("text") << "out.txt" << QByteArray("STOCK LIST");
+    QTest::newRow("document") << "out.doc" << QByteArray("{\\rtf1");
+    QTest::newRow("PDF") << "out.pdf" << QByteArray("%PDF");
+    QTest::newRow("no suffix: PDF") << "out" << QByteArray("%PDF");
+}
+
+void tst_ReportPreview::exportWritesTheChosenFile()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, start);
+    QTemporaryDir dir;
+    ReportPreview preview;
+    preview.setDocument(sampleReport(80));
+    preview.show();
+    QString filter;
+    setSaveFileNameHandler([&](QWidget *, const QString &, const QString &f, const QString &) {
+        filter = f;
+        return dir.filePath(name);
+    });
+    QTest::mouseClick(button(preview, "cmdExport"), Qt::LeftButton);
+    QVERIFY(filter.contains(QLatin1String("*.pdf")) && filter.contains(QLatin1String("*.txt")));
+    QFile file(dir.filePath(name.contains(u'.') ? name : name + QLatin1String(".pdf")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().trimmed().startsWith(start));
+}
+
+void tst_ReportPreview::longLayoutShowsProgressAndEnds()
+{
+    ReportPreview preview;
+    preview.show();
+    int fed = 0;
+    QSignalSpy ready(&preview, &ReportPreview::documentReady);
+    preview.startLayout(samplePaginator(), sampleFeed(3000, &fed));
+    QVERIFY(preview.isLayingOut());
+    QVERIFY(waitCursorShown());
+    QVERIFY(preview.findChild<QWidget *>(QStringLiteral("prgLayout"))->isVisible());
+    QVERIFY(!button(preview, "cmdExport")->isEnabled());
+    // The window keeps answering while the report is laid out.
+    QTRY_VERIFY(preview.findChild<QLabel *>(QStringLiteral("lblLayout"))->text().contains(QLatin1String("page")));
+    QTRY_VERIFY_WITH_TIMEOUT(!preview.isLayingOut(), 60000);
+    QCOMPARE(fed, 3000);
+    QVERIFY(!waitCursorShown());
+    QVERIFY(!preview.findChild<QWidget *>(QStringLiteral("prgLayout"))->isVisible());
+    QVERIFY(!preview.layoutCancelled());
+    const ReportDocument whole = sampleReport(3000);
+    QCOMPARE(preview.pageCount(), whole.pageCount());
+    QCOMPARE(pageLabel(preview), QStringLiteral("Page 1 of %1").arg(whole.pageCount()));
+    QCOMPARE(reportPageTextLines(preview.document(), whole.pageCount() - 1),
+             reportPageTextLines(whole, whole.pageCount() - 1));
+    QVERIFY(ready.size() >= 1);
+}
+
+void tst_ReportPreview::longLayoutCanBeCancelled()
+{
+    ReportPreview preview;
+    preview.show();
+    int fed = 0;
+    preview.startLayout(samplePaginator(), sampleFeed(1000000, &fed));
+    QTRY_VERIFY(fed > 500);
+    QTest::mouseClick(button(preview, "cmdCancel"), Qt::LeftButton);
+    QVERIFY(!preview.isLayingOut());
+    QVERIFY(preview.layoutCancelled());
+    QVERIFY(!waitCursorShown());
+    const int pages = preview.pageCount();
+    QVERIFY(pages >= 1);
+    QVERIFY(pages < 1000000 / 60);
+    QCOMPARE(pageLabel(preview), QStringLiteral("Page 1 of %1").arg(pages));
+    QVERIFY(preview.findChild<QLabel *>(QStringLiteral("lblLayout"))->text().startsWith(QLatin1String("Cancelled")));
+    const int stoppedAt = fed;
+    QCoreApplication::processEvents();
+    QCOMPARE(fed, stoppedAt);
+    // The pages laid out so far can be viewed and exported.
+    QTest::keyClick(&preview, Qt::Key_End);
+    QCOMPARE(preview.currentPage(), pages);
+    QVERIFY(button(preview, "cmdExport")->isEnabled());
+}
+
+void tst_ReportPreview::failingLayoutIsReportedAndCloses()
+{
+    QList<RuntimeError> reported;
+    setErrorReporter([&](const RuntimeError &e) { reported << e; });
+    ReportPreview preview;
+    preview.show();
+    int calls = 0;
+    preview.startLayout(samplePaginator(), [&](ReportPaginator &paginator) {
+        if (++calls == 50)
+            throw RuntimeError(94, QStringLiteral("Invalid use of Null"));
+        addSampleLine(paginator, calls, 100, 0);
+        return true;
+    });
+    QTRY_VERIFY(!preview.isVisible());
+    QCOMPARE(reported.size(), 1);
+    QCOMPARE(reported.first().Number(), 94);
+    QVERIFY(!preview.isLayingOut());
+    QVERIFY(!waitCursorShown());
+}
+
+QTEST_MAIN(tst_ReportPreview)
+#include "tst_reportpreview.moc"
