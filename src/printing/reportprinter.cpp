@@ -1,0 +1,126 @@
+#include "printing/reportprinter_p.h"
+
+#include "printing/reportdocument_p.h"
+#include "printing/reportpainter_p.h"
+
+#include <PanelKestrin/runtimeerror.h>
+
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QStringList>
+
+namespace PanelKestrin {
+
+namespace {
+
+QString errorSource()
+{
+    return QStringLiteral("Report");
+}
+
+RuntimeError noPrinterInstalled()
+{
+    return RuntimeError(ErrReportPrinter,
+                        QStringLiteral("No printer is installed. Add a printer to the system "
+                                       "before printing, or send the report to a file."),
+                        errorSource());
+}
+
+RuntimeError printerNotInstalled(const QString &name, const QStringList &installed)
+{
+    return RuntimeError(ErrReportPrinter,
+                        QStringLiteral("The printer \"%1\" is not installed. Installed printers: %2.")
+                            .arg(name, installed.join(QStringLiteral(", "))),
+                        errorSource());
+}
+
+// Refuses a printer that cannot take the job before anything is sent: a system queue that is
+// not installed, or the PDF fallback Qt picks on a system without printers, which has no file.
+void checkPrinterInstalled(const QPrinter &printer)
+{
+    if (printer.outputFormat() == QPrinter::PdfFormat) {
+        if (printer.outputFileName().isEmpty())
+            throw noPrinterInstalled();
+        return;
+    }
+    const QStringList installed = QPrinterInfo::availablePrinterNames();
+    if (installed.isEmpty() || printer.printerName().isEmpty())
+        throw noPrinterInstalled();
+    if (!installed.contains(printer.printerName()))
+        throw printerNotInstalled(printer.printerName(), installed);
+}
+
+RuntimeError jobFailed(const QPrinter &printer, const QString &what)
+{
+    const QString target = printer.outputFormat() == QPrinter::PdfFormat
+        ? QStringLiteral("the file \"%1\"").arg(printer.outputFileName())
+        : QStringLiteral("the printer \"%1\"").arg(printer.printerName());
+    return RuntimeError(ErrReportPrinter,
+                        QStringLiteral("The print job on %1 could not %2.").arg(target, what),
+                        errorSource());
+}
+
+} // namespace
+
+void selectReportPrinter(QPrinter &printer, const QString &printerName)
+{
+    const QStringList installed = QPrinterInfo::availablePrinterNames();
+    if (installed.isEmpty())
+        throw noPrinterInstalled();
+    QString name = printerName;
+    if (name.isEmpty()) {
+        name = QPrinterInfo::defaultPrinterName();
+        // Sending a report to whichever printer happens to come first could put it in the
+        // wrong hands; without a default the user has to choose.
+        if (name.isEmpty())
+            throw RuntimeError(ErrReportPrinter,
+                               QStringLiteral("No default printer is set. Choose one of the "
+                                              "installed printers: %1.")
+                                   .arg(installed.join(QStringLiteral(", "))),
+                               errorSource());
+    } else if (!installed.contains(name)) {
+        throw printerNotInstalled(name, installed);
+    }
+    printer.setOutputFormat(QPrinter::NativeFormat);
+    printer.setPrinterName(name);
+}
+
+void printReport(const ReportDocument &document, QPrinter &printer, int fromPage, int toPage,
+                 int copies)
+{
+    const auto [first, last] = document.pageIndexRange(fromPage, toPage);
+    if (copies < 1)
+        throw RuntimeError(ErrInvalidProcedureCall,
+                           QStringLiteral("Invalid number of copies %1: at least one copy is "
+                                          "printed.")
+                               .arg(copies),
+                           errorSource());
+    checkPrinterInstalled(printer);
+
+    printer.setFullPage(true);
+    printer.setPageLayout(document.setup.fullPageLayout());
+    printer.setDocName(document.title.isEmpty() ? QStringLiteral("Report") : document.title);
+    const bool printerMakesCopies = printer.supportsMultipleCopies();
+    printer.setCopyCount(printerMakesCopies ? copies : 1);
+    const int passes = printerMakesCopies ? 1 : copies;
+
+    QPainter painter;
+    if (!painter.begin(&printer))
+        throw jobFailed(printer, QStringLiteral("be started"));
+    bool firstPage = true;
+    for (int pass = 0; pass < passes; ++pass) {
+        for (int page = first; page <= last; ++page) {
+            if (!firstPage && !printer.newPage()) {
+                painter.end();
+                throw jobFailed(printer, QStringLiteral("begin page %1").arg(page + 1));
+            }
+            firstPage = false;
+            paintReportPage(painter, document, page);
+        }
+    }
+    if (!painter.end() || printer.printerState() == QPrinter::Error)
+        throw jobFailed(printer, QStringLiteral("be finished"));
+}
+
+} // namespace PanelKestrin

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <PanelKestrin/panelkestrin_export.h>
+
+#include <QString>
+
+class QPrinter;
+
+namespace PanelKestrin {
+
+class ReportDocument;
+
+// The classic "Printer error" number: raised when there is no printer to print on, when the
+// chosen one is not installed, or when the system refuses the print job.
+inline constexpr int ErrReportPrinter = 482;
+
+// Points printer at the print queue named printerName, or at the system's default queue when
+// printerName is empty. Raises RuntimeError ErrReportPrinter when no printer is installed or
+// when no installed printer has that name.
+PANELKESTRIN_EXPORT void selectReportPrinter(QPrinter &printer,
+                                             const QString &printerName = QString());
+
+// Prints pages fromPage to toPage (counted from 1, both included) of document on printer,
+// copies times, as one print job titled with the document's title. A range that reaches past
+// the last page prints the pages that exist.
+//
+// The printer takes the paper and orientation the document was laid out on and prints from
+// the paper's corner, since the pages carry their own margins. When the printer makes copies
+// itself (a system print queue) it gets the count and keeps its own collation setting;
+// otherwise (a PDF file) the pages are drawn once per copy, each copy whole.
+//
+// Raises RuntimeError 5 when a page number is below 1, the first page comes after the last or
+// lies past the end, or copies is below 1; RuntimeError ErrReportPrinter when no printer is
+// installed, the printer is not, or the job cannot be started or finished. Nothing is sent to
+// the printer when the arguments are refused.
+PANELKESTRIN_EXPORT void printReport(const ReportDocument &document, QPrinter &printer,
+                                     int fromPage, int toPage, int copies = 1);
+
+} // namespace PanelKestrin
