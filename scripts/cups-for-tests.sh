@@ -2,9 +2,12 @@
 # Starts or stops a throw-away CUPS scheduler with one PDF queue for the printer tests.
 #   cups-for-tests.sh start <state-dir>   starts it and writes <state-dir>/env
 #   cups-for-tests.sh stop  <state-dir>   stops it and removes its folders
-# The scheduler has its own configuration, spool, cache, state and log folders under
-# <state-dir> and listens only on a Unix socket there, so it touches no system queue and
-# several checkouts can run their tests at once. <state-dir>/env holds KEY=VALUE lines:
+# The scheduler has a configuration, spool, cache and state of its own and listens only on a
+# Unix socket of its own, so it touches no system queue and several checkouts can run their
+# tests at once. Its logs and the PDF files land in <state-dir>; the rest lives in a folder
+# of the run under /tmp, because the filters run as the lp user, who may not reach the build
+# tree (a checkout under /root), and a socket path must stay short. <state-dir>/env holds
+# KEY=VALUE lines:
 #   CUPS_SERVER      the socket, for libcups and so for Qt's printer support
 #   PK_CUPS_QUEUE    the queue, pk-pdf, also the server's default destination
 #   PK_CUPS_PDF_DIR  where the queue writes each job as a PDF file whose name starts with the
@@ -21,7 +24,7 @@ queue=pk-pdf
 backend_conf_dir=/etc/cups
 
 stop_server() {
-    local pid sockdir
+    local pid runtime
     if [ -f "$state/cupsd.pid" ]; then
         pid=$(cat "$state/cupsd.pid")
         if kill "$pid" 2>/dev/null; then
@@ -30,12 +33,11 @@ stop_server() {
         fi
     fi
     [ -f "$state/runid" ] && rm -f "$backend_conf_dir/cups-pdf-$(cat "$state/runid").conf"
-    if [ -f "$state/sockdir" ]; then
-        sockdir=$(cat "$state/sockdir")
-        case "$sockdir" in /tmp/panelkestrin-cups.*) rm -rf "$sockdir" ;; esac
+    if [ -f "$state/runtime" ]; then
+        runtime=$(cat "$state/runtime")
+        case "$runtime" in /tmp/panelkestrin-cups.*) rm -rf "$runtime" ;; esac
     fi
-    rm -rf "$state/server" "$state/run" "$state/spool" "$state/cache" "$state/log" "$state/pdf" \
-           "$state/pdf-spool" "$state/cupsd.pid" "$state/runid" "$state/sockdir" "$state/env"
+    rm -rf "$state/log" "$state/pdf" "$state/cupsd.pid" "$state/runid" "$state/runtime" "$state/env"
 }
 
 # Backend settings left behind by runs that were killed before their stop, recognised by an
@@ -74,34 +76,27 @@ start)
     remove_stale_backend_settings
     runid=pk$(date +%s)$$
     echo "$runid" > "$state/runid"
-    mkdir -p "$state/server/ppd" "$state/run" "$state/spool/tmp" "$state/cache" "$state/log" "$state/pdf"
-    chmod 0755 "$state/server" "$state/run" "$state/cache" "$state/log"
-    chmod 0710 "$state/spool"
-    chmod 1777 "$state/spool/tmp"
+    rt=$(mktemp -d /tmp/panelkestrin-cups.XXXXXX)
+    echo "$rt" > "$state/runtime"
+    mkdir -p "$rt/server/ppd" "$rt/run" "$rt/spool/tmp" "$rt/cache" "$state/log" "$state/pdf"
+    chmod 0755 "$rt" "$rt/server" "$rt/run" "$rt/cache"
+    chmod 0710 "$rt/spool"
+    chmod 1777 "$rt/spool/tmp"
+    socket=$rt/cups.sock
 
-    # A Unix socket path holds about a hundred bytes; a deep build tree gets a short folder
-    # under /tmp for the socket alone.
-    socket=$state/run/cups.sock
-    if [ ${#socket} -gt 100 ]; then
-        sockdir=$(mktemp -d /tmp/panelkestrin-cups.XXXXXX)
-        chmod 0755 "$sockdir"
-        echo "$sockdir" > "$state/sockdir"
-        socket=$sockdir/cups.sock
-    fi
-
-    cat > "$state/server/cups-files.conf" <<EOF
-ServerRoot $state/server
-RequestRoot $state/spool
-TempDir $state/spool/tmp
-CacheDir $state/cache
-StateDir $state/run
+    cat > "$rt/server/cups-files.conf" <<EOF
+ServerRoot $rt/server
+RequestRoot $rt/spool
+TempDir $rt/spool/tmp
+CacheDir $rt/cache
+StateDir $rt/run
 ErrorLog $state/log/error_log
 AccessLog $state/log/access_log
 PageLog $state/log/page_log
 SystemGroup root
 FileDevice No
 EOF
-    cat > "$state/server/cupsd.conf" <<EOF
+    cat > "$rt/server/cupsd.conf" <<EOF
 LogLevel info
 Listen $socket
 Browsing No
@@ -117,16 +112,16 @@ EOF
     cat > "$backend_conf_dir/cups-pdf-$runid.conf" <<EOF
 Out $state/pdf
 AnonDirName $state/pdf
-Spool $state/pdf-spool
-GSTmp $state/pdf-spool
+Spool $rt/pdf-spool
+GSTmp $rt/pdf-spool
 Label 2
 Grp root
 Log $state/log
 EOF
 
-    cupsd -t -c "$state/server/cupsd.conf" -s "$state/server/cups-files.conf" >"$state/log/cupsd.out" 2>&1 \
+    cupsd -t -c "$rt/server/cupsd.conf" -s "$rt/server/cups-files.conf" >"$state/log/cupsd.out" 2>&1 \
         || fail "its configuration was refused"
-    cupsd -f -c "$state/server/cupsd.conf" -s "$state/server/cups-files.conf" >>"$state/log/cupsd.out" 2>&1 &
+    cupsd -f -c "$rt/server/cupsd.conf" -s "$rt/server/cups-files.conf" >>"$state/log/cupsd.out" 2>&1 &
     echo $! > "$state/cupsd.pid"
     for _ in $(seq 1 100); do
         answers && break
