@@ -19,7 +19,7 @@ void ReportPageView::setDocument(const ReportDocument *document)
 {
     m_document = document;
     m_pageIndex = 0;
-    resize(sizeHint());
+    setMinimumSize(sizeHint());
     update();
 }
 
@@ -32,7 +32,7 @@ void ReportPageView::setPageIndex(int pageIndex)
 void ReportPageView::setZoom(qreal zoom)
 {
     m_zoom = zoom;
-    resize(sizeHint());
+    setMinimumSize(sizeHint());
     update();
 }
 
@@ -49,17 +49,22 @@ QSize ReportPageView::sizeHint() const
     return QSize(qCeil(page.width()) + 2 * deskMargin, qCeil(page.height()) + 2 * deskMargin);
 }
 
+QRectF ReportPageView::pageRect() const
+{
+    const QSizeF page = pageSizeAtRealSize() * m_zoom;
+    return QRectF(QPointF(std::max<qreal>(deskMargin, (width() - page.width()) / 2), deskMargin), page);
+}
+
 void ReportPageView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QColor(0x80, 0x80, 0x80));
     if (!m_document || m_pageIndex < 0 || m_pageIndex >= m_document->pageCount())
         return;
-    const QSizeF page = pageSizeAtRealSize() * m_zoom;
-    const QPointF corner(std::max<qreal>(deskMargin, (width() - page.width()) / 2), deskMargin);
-    painter.fillRect(QRectF(corner + QPointF(3, 3), page), QColor(0x50, 0x50, 0x50));
-    painter.fillRect(QRectF(corner, page), Qt::white);
-    painter.translate(corner);
+    const QRectF page = pageRect();
+    painter.fillRect(page.translated(3, 3), QColor(0x50, 0x50, 0x50));
+    painter.fillRect(page, Qt::white);
+    painter.translate(page.topLeft());
     painter.scale(m_zoom, m_zoom);
     guardEvent(QStringLiteral("Report preview"),
                [&] { paintReportPage(painter, *m_document, m_pageIndex); });

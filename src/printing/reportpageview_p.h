@@ -8,7 +8,8 @@ class ReportDocument;
 
 // The preview's sheet: one page of a laid-out report on a grey desk, drawn by
 // paintReportPage at a zoom factor (1 is the page's real size at the screen's resolution).
-// It sizes itself to the zoomed page so that a scroll area around it scrolls over the page.
+// Its minimum size is the zoomed page and the desk around it, so that a resizable scroll area
+// around it fills the window with desk and scrolls once the page is larger than the window.
 class ReportPageView : public QWidget
 {
     Q_OBJECT
@@ -26,6 +27,8 @@ public:
     // The page's size on screen at zoom 1, in pixels, and the desk around it.
     QSizeF pageSizeAtRealSize() const;
     static constexpr int deskMargin = 12;
+    // Where the page is drawn in the view: centred across, a desk margin from the top.
+    QRectF pageRect() const;
 
     QSize sizeHint() const override;
 

@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -93,7 +94,7 @@ void ReportPreview::createControls()
     scrollArea = new QScrollArea(this);
     scrollArea->setObjectName(QStringLiteral("scrollArea"));
     scrollArea->setWidget(pageView);
-    scrollArea->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    scrollArea->setWidgetResizable(true);
     scrollArea->viewport()->installEventFilter(this);
 
     auto *bar = new QHBoxLayout;
@@ -147,6 +148,13 @@ void ReportPreview::createShortcuts()
 
 void ReportPreview::setDocument(ReportDocument document)
 {
+    stopLayout();
+    showDocument(std::move(document));
+    emit documentReady();
+}
+
+void ReportPreview::showDocument(ReportDocument document)
+{
     m_document = std::move(document);
     m_page = 0;
     if (!m_document.title.isEmpty())
@@ -154,7 +162,6 @@ void ReportPreview::setDocument(ReportDocument document)
     pageView->setDocument(&m_document);
     applyZoom();
     showPage();
-    emit documentReady();
 }
 
 void ReportPreview::startLayout(std::unique_ptr<ReportPaginator> paginator, ReportFeed feed)
@@ -168,7 +175,7 @@ void ReportPreview::startLayout(std::unique_ptr<ReportPaginator> paginator, Repo
         return;
     }
     m_wait = std::make_unique<WaitCursor>();
-    setDocument(ReportDocument());
+    showDocument(ReportDocument());
     lblLayout->setText(tr("Laying out the report..."));
     updateControls();
     QTimer::singleShot(0, this, &ReportPreview::layoutStep);
@@ -188,10 +195,6 @@ void ReportPreview::layoutStep()
             endLayout(false);
     });
     if (!ran) {
-        m_feed = nullptr;
-        m_paginator.reset();
-        m_wait.reset();
-        updateControls();
         reject();
         return;
     }
@@ -208,6 +211,20 @@ void ReportPreview::cancelLayout()
     guardEvent(where(), [&] { endLayout(true); });
 }
 
+void ReportPreview::stopLayout()
+{
+    m_feed = nullptr;
+    m_paginator.reset();
+    m_wait.reset();
+    updateControls();
+}
+
+void ReportPreview::done(int result)
+{
+    stopLayout();
+    QDialog::done(result);
+}
+
 void ReportPreview::endLayout(bool cancelled)
 {
     m_feed = nullptr;
@@ -216,7 +233,8 @@ void ReportPreview::endLayout(bool cancelled)
     m_wait.reset();
     ReportDocument document = paginator->finish();
     const int pages = document.pageCount();
-    setDocument(std::move(document));
+    showDocument(std::move(document));
+    emit documentReady();
     lblLayout->setText(cancelled ? tr("Cancelled: %1 page(s) laid out.").arg(pages) : QString());
     updateControls();
 }
@@ -271,10 +289,13 @@ qreal ReportPreview::zoomFactor() const
     const int setting = zoomSetting();
     if (setting > 0)
         return setting / 100.0;
+    // The room the window gives the page: the viewport without scroll bars, less the desk
+    // around the page, less the vertical scroll bar that a long page needs when it fits across.
     const QSizeF page = pageView->pageSizeAtRealSize();
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, scrollArea);
     const QSize room = scrollArea->maximumViewportSize()
-                       - QSize(2 * ReportPageView::deskMargin, 2 * ReportPageView::deskMargin)
-                       - QSize(setting == FitWidth ? scrollArea->verticalScrollBar()->sizeHint().width() : 0, 0);
+                       - QSize(2 * ReportPageView::deskMargin + 1, 2 * ReportPageView::deskMargin + 1)
+                       - QSize(setting == FitWidth ? scrollBar + 1 : 0, 0);
     const qreal width = room.width() / page.width();
     const qreal height = room.height() / page.height();
     return std::max<qreal>(0.05, setting == FitWidth ? width : std::min(width, height));

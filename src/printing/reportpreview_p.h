@@ -86,11 +86,15 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // Closing the window stops a layout in progress.
+    void done(int result) override;
 
 private:
     void createControls();
     void createShortcuts();
+    void showDocument(ReportDocument document);
     void layoutStep();
+    void stopLayout();
     void endLayout(bool cancelled);
     void showPage();
     void applyZoom();
