@@ -2,6 +2,7 @@
 // answers its view's user events is in flexgridevents.cpp.
 #include <PanelKestrin/flexgrid.h>
 
+#include "grid/flexgrid_p.h"
 #include "grid/flexgridmodel_p.h"
 #include "grid/flexgridview_p.h"
 
@@ -56,9 +57,12 @@ private:
 
 } // namespace
 
-FlexGrid::FlexGrid(QWidget *parent)
-    : QWidget(parent), m_model(new FlexGridModel(2, 2, this)), m_view(new FlexGridView(this))
+FlexGrid::FlexGrid(QWidget *parent) : QWidget(parent), d(std::make_unique<FlexGridPrivate>(this))
 {
+    FlexGridPrivate *const p = d.get();
+    p->m_model = new FlexGridModel(2, 2, this);
+    p->m_view = new FlexGridView(this, p);
+    FlexGridView *const m_view = p->m_view;
     m_view->setObjectName(QStringLiteral("flexview"));
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setTabKeyNavigation(false);
@@ -68,7 +72,7 @@ FlexGrid::FlexGrid(QWidget *parent)
     m_view->setHorizontalScrollMode(QAbstractItemView::ScrollPerItem);
     m_view->setCornerButtonEnabled(false);
     m_view->setWordWrap(false);
-    m_view->setItemDelegate(new SelectionDelegate([this] { return drawsSelection(); }, m_view));
+    m_view->setItemDelegate(new SelectionDelegate([p] { return p->drawsSelection(); }, m_view));
 
     // Every row has the same fixed height, so positions are arithmetic and nothing measures text.
     const int rowHeight = TwipsToPixelsY(DefaultRowHeight, m_view);
@@ -85,7 +89,7 @@ FlexGrid::FlexGrid(QWidget *parent)
     colHeader->setMinimumSectionSize(1);
     colHeader->setDefaultSectionSize(TwipsToPixelsX(DefaultColWidth, m_view));
     colHeader->setFixedHeight(rowHeight);
-    m_view->setModel(m_model);
+    m_view->setModel(p->m_model);
 
     // The selection looks the same with and without the focus; HighLight decides whether it shows.
     QPalette palette = m_view->palette();
@@ -99,63 +103,54 @@ FlexGrid::FlexGrid(QWidget *parent)
     setFocusProxy(m_view);
 
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            [this](const QModelIndex &current) { viewCurrentChanged(current); });
+            [p](const QModelIndex &current) { p->viewCurrentChanged(current); });
     connect(rowHeader, &QHeaderView::sectionPressed, this,
-            [this](int section) { headerPressed(Qt::Vertical, section); });
+            [p](int section) { p->headerPressed(Qt::Vertical, section); });
     connect(colHeader, &QHeaderView::sectionPressed, this,
-            [this](int section) { headerPressed(Qt::Horizontal, section); });
+            [p](int section) { p->headerPressed(Qt::Horizontal, section); });
     for (QScrollBar *bar : {m_view->verticalScrollBar(), m_view->horizontalScrollBar()})
-        connect(bar, &QScrollBar::valueChanged, this, [this] { viewScrolled(); });
+        connect(bar, &QScrollBar::valueChanged, this, [p] { p->viewScrolled(); });
 
-    syncView();
+    p->syncView();
 }
 
 // The view goes first, while this object is whole, and reports nothing more on its way out.
 FlexGrid::~FlexGrid()
 {
-    m_view->detach();
-    const QObject *senders[] = {m_view->selectionModel(), m_view->verticalScrollBar(), m_view->horizontalScrollBar(),
-                                m_view->verticalHeader(), m_view->horizontalHeader()};
+    FlexGridView *const view = d->m_view;
+    view->detach();
+    const QObject *senders[] = {view->selectionModel(), view->verticalScrollBar(), view->horizontalScrollBar(),
+                                view->verticalHeader(), view->horizontalHeader()};
     for (const QObject *sender : senders)
         disconnect(sender, nullptr, this, nullptr);
-    delete m_view;
+    delete view;
 }
 
 QTableView *FlexGrid::view() const
 {
-    return m_view;
+    return d->m_view;
 }
 
-template <typename F>
-void FlexGrid::viewCall(F &&body)
-{
-    {
-        QScopedValueRollback<int> depth(m_viewCallDepth, m_viewCallDepth + 1);
-        std::forward<F>(body)();
-    }
-    if (m_viewCallDepth == 0 && m_handlerError)
-        std::rethrow_exception(std::exchange(m_handlerError, nullptr));
-}
 
 // ---- shape and index checks -------------------------------------------------------------
 
-void FlexGrid::checkRow(qint32 row) const
+void FlexGridPrivate::checkRow(qint32 row) const
 {
-    if (row < 0 || row >= Rows())
-        throw RuntimeError(ErrInvalidGridIndex, tr("Invalid Row value: %1 (0 To %2)").arg(row).arg(Rows() - 1),
+    if (row < 0 || row >= q->Rows())
+        throw RuntimeError(ErrInvalidGridIndex, FlexGrid::tr("Invalid Row value: %1 (0 To %2)").arg(row).arg(q->Rows() - 1),
                            source());
 }
 
-void FlexGrid::checkCol(qint32 col) const
+void FlexGridPrivate::checkCol(qint32 col) const
 {
-    if (col < 0 || col >= Cols())
-        throw RuntimeError(ErrInvalidGridIndex, tr("Invalid Col value: %1 (0 To %2)").arg(col).arg(Cols() - 1),
+    if (col < 0 || col >= q->Cols())
+        throw RuntimeError(ErrInvalidGridIndex, FlexGrid::tr("Invalid Col value: %1 (0 To %2)").arg(col).arg(q->Cols() - 1),
                            source());
 }
 
 qint32 FlexGrid::Rows() const
 {
-    return m_model->gridRows();
+    return d->m_model->gridRows();
 }
 
 void FlexGrid::setRows(qint32 Rows)
@@ -164,17 +159,17 @@ void FlexGrid::setRows(qint32 Rows)
         throw RuntimeError(ErrInvalidGridIndex, tr("Invalid Rows value: %1 (1 or more)").arg(Rows), source());
     if (Rows == this->Rows())
         return;
-    QScopedValueRollback<bool> syncing(m_syncing, true);
-    viewCall([&] {
-        m_model->setGridRows(Rows);
-        m_row = qMin(m_row, Rows - 1);
-        syncViewNow();
+    QScopedValueRollback<bool> syncing(d->m_syncing, true);
+    d->viewCall([&] {
+        d->m_model->setGridRows(Rows);
+        d->m_row = qMin(d->m_row, Rows - 1);
+        d->syncViewNow();
     });
 }
 
 qint32 FlexGrid::Cols() const
 {
-    return m_model->gridCols();
+    return d->m_model->gridCols();
 }
 
 void FlexGrid::setCols(qint32 Cols)
@@ -183,11 +178,11 @@ void FlexGrid::setCols(qint32 Cols)
         throw RuntimeError(ErrInvalidGridIndex, tr("Invalid Cols value: %1 (1 or more)").arg(Cols), source());
     if (Cols == this->Cols())
         return;
-    QScopedValueRollback<bool> syncing(m_syncing, true);
-    viewCall([&] {
-        m_model->setGridCols(Cols);
-        m_col = qMin(m_col, Cols - 1);
-        syncViewNow();
+    QScopedValueRollback<bool> syncing(d->m_syncing, true);
+    d->viewCall([&] {
+        d->m_model->setGridCols(Cols);
+        d->m_col = qMin(d->m_col, Cols - 1);
+        d->syncViewNow();
     });
 }
 
@@ -196,11 +191,11 @@ void FlexGrid::RemoveItem(qint32 Row)
     if (Row < 1 || Row >= Rows())
         throw RuntimeError(ErrInvalidGridIndex,
                            tr("Invalid Row value: %1 (1 To %2)").arg(Row).arg(Rows() - 1), source());
-    QScopedValueRollback<bool> syncing(m_syncing, true);
-    viewCall([&] {
-        m_model->removeGridRow(Row);
-        m_row = qMin(m_row, this->Rows() - 1);
-        syncViewNow();
+    QScopedValueRollback<bool> syncing(d->m_syncing, true);
+    d->viewCall([&] {
+        d->m_model->removeGridRow(Row);
+        d->m_row = qMin(d->m_row, this->Rows() - 1);
+        d->syncViewNow();
     });
 }
 
@@ -208,52 +203,52 @@ void FlexGrid::RemoveItem(qint32 Row)
 
 qint32 FlexGrid::Row() const
 {
-    return m_row;
+    return d->m_row;
 }
 
 void FlexGrid::setRow(qint32 Row)
 {
-    checkRow(Row);
-    if (Row != m_row)
-        moveTo(Row, m_col);
+    d->checkRow(Row);
+    if (Row != d->m_row)
+        d->moveTo(Row, d->m_col);
 }
 
 qint32 FlexGrid::Col() const
 {
-    return m_col;
+    return d->m_col;
 }
 
 void FlexGrid::setCol(qint32 Col)
 {
-    checkCol(Col);
-    if (Col != m_col)
-        moveTo(m_row, Col);
+    d->checkCol(Col);
+    if (Col != d->m_col)
+        d->moveTo(d->m_row, Col);
 }
 
-void FlexGrid::moveTo(qint32 row, qint32 col)
+void FlexGridPrivate::moveTo(qint32 row, qint32 col)
 {
-    emit LeaveCell();
+    emit q->LeaveCell();
     // A LeaveCell handler may have reshaped the grid.
-    m_row = qMin(row, Rows() - 1);
-    m_col = qMin(col, Cols() - 1);
+    m_row = qMin(row, q->Rows() - 1);
+    m_col = qMin(col, q->Cols() - 1);
     syncView();
-    emit EnterCell();
+    emit q->EnterCell();
 }
 
-QModelIndex FlexGrid::currentModelIndex() const
+QModelIndex FlexGridPrivate::currentModelIndex() const
 {
     if (m_row < 1 || m_col < 1)
         return QModelIndex();
     return m_model->index(m_row - 1, m_col - 1);
 }
 
-void FlexGrid::syncView()
+void FlexGridPrivate::syncView()
 {
     QScopedValueRollback<bool> syncing(m_syncing, true);
     viewCall([this] { syncViewNow(); });
 }
 
-void FlexGrid::syncViewNow()
+void FlexGridPrivate::syncViewNow()
 {
     m_view->flushLayout();
     const QModelIndex cell = currentModelIndex();
@@ -268,7 +263,7 @@ void FlexGrid::syncViewNow()
         m_view->scrollTo(m_model->index(row, col));
 }
 
-void FlexGrid::syncSelection()
+void FlexGridPrivate::syncSelection()
 {
     QScopedValueRollback<bool> syncing(m_syncing, true);
     QItemSelectionModel *selection = m_view->selectionModel();
@@ -285,15 +280,15 @@ void FlexGrid::syncSelection()
 // shown row; its range reaches the last row.
 qint32 FlexGrid::TopRow() const
 {
-    m_view->flushLayout();
-    return m_view->verticalScrollBar()->value() + 1;
+    d->m_view->flushLayout();
+    return d->m_view->verticalScrollBar()->value() + 1;
 }
 
 void FlexGrid::setTopRow(qint32 TopRow)
 {
-    viewCall([&] {
-        m_view->flushLayout();
-        m_view->verticalScrollBar()->setValue(qMax(TopRow, 1) - 1);
+    d->viewCall([&] {
+        d->m_view->flushLayout();
+        d->m_view->verticalScrollBar()->setValue(qMax(TopRow, 1) - 1);
     });
 }
 
@@ -301,70 +296,70 @@ void FlexGrid::setTopRow(qint32 TopRow)
 
 QString FlexGrid::Text() const
 {
-    return m_model->text(m_row, m_col);
+    return d->m_model->text(d->m_row, d->m_col);
 }
 
 void FlexGrid::setText(const QString &Text)
 {
-    m_model->setText(m_row, m_col, Text);
+    d->m_model->setText(d->m_row, d->m_col, Text);
 }
 
 QString FlexGrid::TextMatrix(qint32 Row, qint32 Col) const
 {
-    checkRow(Row);
-    checkCol(Col);
-    return m_model->text(Row, Col);
+    d->checkRow(Row);
+    d->checkCol(Col);
+    return d->m_model->text(Row, Col);
 }
 
 void FlexGrid::setTextMatrix(qint32 Row, qint32 Col, const QString &Text)
 {
-    checkRow(Row);
-    checkCol(Col);
-    m_model->setText(Row, Col, Text);
+    d->checkRow(Row);
+    d->checkCol(Col);
+    d->m_model->setText(Row, Col, Text);
 }
 
 // ---- columns ----------------------------------------------------------------------------
 
 qint32 FlexGrid::ColWidth(qint32 Col) const
 {
-    checkCol(Col);
-    const int pixels = Col == 0 ? m_view->verticalHeader()->minimumWidth()
-                                : m_view->horizontalHeader()->sectionSize(Col - 1);
+    d->checkCol(Col);
+    const int pixels = Col == 0 ? d->m_view->verticalHeader()->minimumWidth()
+                                : d->m_view->horizontalHeader()->sectionSize(Col - 1);
     return PixelsToTwipsX(pixels, this);
 }
 
 // -1 restores the default width.
 void FlexGrid::setColWidth(qint32 Col, qint32 Width)
 {
-    checkCol(Col);
+    d->checkCol(Col);
     if (Width < -1)
         throw RuntimeError(ErrInvalidPropertyValue, tr("Invalid ColWidth value: %1").arg(Width), source());
     if (Width == -1)
         Width = Col == 0 ? DefaultFixedColWidth : DefaultColWidth;
     const int pixels = TwipsToPixelsX(Width, this);
-    viewCall([&] {
+    d->viewCall([&] {
         if (Col == 0) {
-            m_view->verticalHeader()->setFixedWidth(pixels);
-            m_view->relayout();
+            d->m_view->verticalHeader()->setFixedWidth(pixels);
+            d->m_view->relayout();
         } else {
-            m_view->setColumnWidth(Col - 1, pixels);
+            d->m_view->setColumnWidth(Col - 1, pixels);
         }
     });
 }
 
 qint32 FlexGrid::ColAlignment(qint32 Col) const
 {
-    checkCol(Col);
-    return m_model->alignment(Col);
+    d->checkCol(Col);
+    return d->m_model->alignment(Col);
 }
 
 void FlexGrid::setColAlignment(qint32 Col, qint32 Alignment)
 {
-    checkCol(Col);
+    d->checkCol(Col);
     if (Alignment < flexAlignLeftTop || Alignment > flexAlignGeneral)
         throw RuntimeError(ErrInvalidPropertyValue, tr("Invalid ColAlignment value: %1 (0 To 9)").arg(Alignment),
                            source());
-    m_model->setAlignment(Col, Alignment);
+    d->m_model->setAlignment(Col, Alignment);
 }
 
 // ---- cell geometry ----------------------------------------------------------------------
@@ -372,24 +367,24 @@ void FlexGrid::setColAlignment(qint32 Col, qint32 Alignment)
 // The current cell in pixels relative to the grid: columns from the horizontal header (or the
 // vertical header for column 0), rows from the vertical header (or the horizontal one for row
 // 0). For a data cell this is the view's visualRect with the grid line included.
-QRect FlexGrid::cellRect() const
+QRect FlexGridPrivate::cellRect() const
 {
     m_view->flushLayout();
     const QHeaderView *rowHeader = m_view->verticalHeader();
     const QHeaderView *colHeader = m_view->horizontalHeader();
     int x, width, y, height;
     if (m_col == 0) {
-        x = rowHeader->mapTo(this, QPoint()).x();
+        x = rowHeader->mapTo(q, QPoint()).x();
         width = rowHeader->width();
     } else {
-        x = colHeader->viewport()->mapTo(this, QPoint(colHeader->sectionViewportPosition(m_col - 1), 0)).x();
+        x = colHeader->viewport()->mapTo(q, QPoint(colHeader->sectionViewportPosition(m_col - 1), 0)).x();
         width = colHeader->sectionSize(m_col - 1);
     }
     if (m_row == 0) {
-        y = colHeader->mapTo(this, QPoint()).y();
+        y = colHeader->mapTo(q, QPoint()).y();
         height = colHeader->height();
     } else {
-        y = rowHeader->viewport()->mapTo(this, QPoint(0, rowHeader->sectionViewportPosition(m_row - 1))).y();
+        y = rowHeader->viewport()->mapTo(q, QPoint(0, rowHeader->sectionViewportPosition(m_row - 1))).y();
         height = rowHeader->sectionSize(m_row - 1);
     }
     return QRect(x, y, width, height);
@@ -397,81 +392,81 @@ QRect FlexGrid::cellRect() const
 
 qint32 FlexGrid::CellLeft() const
 {
-    return PixelsToTwipsX(cellRect().x(), this);
+    return PixelsToTwipsX(d->cellRect().x(), this);
 }
 
 qint32 FlexGrid::CellTop() const
 {
-    return PixelsToTwipsY(cellRect().y(), this);
+    return PixelsToTwipsY(d->cellRect().y(), this);
 }
 
 qint32 FlexGrid::CellWidth() const
 {
-    return PixelsToTwipsX(cellRect().width(), this);
+    return PixelsToTwipsX(d->cellRect().width(), this);
 }
 
 qint32 FlexGrid::CellHeight() const
 {
-    return PixelsToTwipsY(cellRect().height(), this);
+    return PixelsToTwipsY(d->cellRect().height(), this);
 }
 
 // ---- painting and selection -------------------------------------------------------------
 
 bool FlexGrid::Redraw() const
 {
-    return m_redraw;
+    return d->m_redraw;
 }
 
 void FlexGrid::setRedraw(bool Redraw)
 {
-    if (Redraw == m_redraw)
+    if (Redraw == d->m_redraw)
         return;
-    m_redraw = Redraw;
-    m_model->setNotifies(Redraw);
+    d->m_redraw = Redraw;
+    d->m_model->setNotifies(Redraw);
     if (Redraw)
-        m_model->refreshAll();
-    m_view->setUpdatesEnabled(Redraw);
+        d->m_model->refreshAll();
+    d->m_view->setUpdatesEnabled(Redraw);
 }
 
 QColor FlexGrid::BackColorSel() const
 {
-    return m_view->palette().color(QPalette::Active, QPalette::Highlight);
+    return d->m_view->palette().color(QPalette::Active, QPalette::Highlight);
 }
 
 void FlexGrid::setBackColorSel(const QColor &color)
 {
-    QPalette palette = m_view->palette();
+    QPalette palette = d->m_view->palette();
     palette.setColor(QPalette::Active, QPalette::Highlight, color);
     palette.setColor(QPalette::Inactive, QPalette::Highlight, color);
-    m_view->setPalette(palette);
+    d->m_view->setPalette(palette);
 }
 
 bool FlexGrid::AllowBigSelection() const
 {
-    return m_allowBigSelection;
+    return d->m_allowBigSelection;
 }
 
 void FlexGrid::setAllowBigSelection(bool allow)
 {
-    m_allowBigSelection = allow;
+    d->m_allowBigSelection = allow;
 }
 
 qint32 FlexGrid::HighLight() const
 {
-    return m_highLight;
+    return d->m_highLight;
 }
 
 void FlexGrid::setHighLight(qint32 mode)
 {
     if (mode < flexHighlightNever || mode > flexHighlightWithFocus)
         throw RuntimeError(ErrInvalidPropertyValue, tr("Invalid HighLight value: %1 (0 To 2)").arg(mode), source());
-    m_highLight = mode;
-    m_view->viewport()->update();
+    d->m_highLight = mode;
+    d->m_view->viewport()->update();
 }
 
-bool FlexGrid::drawsSelection() const
+bool FlexGridPrivate::drawsSelection() const
 {
-    return m_highLight == flexHighlightAlways || (m_highLight == flexHighlightWithFocus && m_view->hasFocus());
+    return m_highLight == FlexGrid::flexHighlightAlways || (m_highLight == FlexGrid::flexHighlightWithFocus && m_view->hasFocus());
 }
 
 } // namespace PanelKestrin

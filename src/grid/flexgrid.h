@@ -3,20 +3,16 @@
 #include <PanelKestrin/panelkestrin_export.h>
 
 #include <QColor>
-#include <QModelIndex>
 #include <QString>
 #include <QWidget>
 
-#include <exception>
+#include <memory>
 
-class QKeyEvent;
-class QMouseEvent;
 class QTableView;
 
 namespace PanelKestrin {
 
-class FlexGridModel;
-class FlexGridView;
+class FlexGridPrivate;
 
 // The text grid the editable grid draws on. Row 0 is the fixed header row and column 0 the fixed
 // marker column, drawn as the view's headers; cells (r, c) with r, c >= 1 are the data cells.
@@ -141,45 +137,8 @@ Q_SIGNALS:
     void LostFocus();
 
 private:
-    friend class FlexGridView;
-
-    // Runs body (calls into the view) so that an exception thrown by a Scroll handler raised
-    // inside Qt waits until Qt has returned and then reaches this grid's caller.
-    template <typename F>
-    void viewCall(F &&body);
-    // Moves the current cell with LeaveCell before and EnterCell after; handlers' exceptions
-    // reach the caller.
-    void moveTo(qint32 row, qint32 col);
-    // Makes the view show the grid's current cell: current index, selection, scroll position.
-    void syncView();
-    void syncViewNow();
-    void syncSelection();
-    QModelIndex currentModelIndex() const;
-    QRect cellRect() const;
-    bool drawsSelection() const;
-    void checkRow(qint32 row) const;
-    void checkCol(qint32 col) const;
-
-    // Reactions to the user, each raising its notifications inside guardEvent.
-    void viewCurrentChanged(const QModelIndex &current);
-    void headerPressed(Qt::Orientation orientation, int section);
-    void viewScrolled();
-    bool viewKeyDown(QKeyEvent *event);
-    void viewMouse(QMouseEvent *event, bool press);
-    void viewClick();
-    void viewLostFocus();
-
-    FlexGridModel *m_model;
-    FlexGridView *m_view;
-    qint32 m_row = 1;
-    qint32 m_col = 1;
-    qint32 m_highLight = flexHighlightAlways;
-    bool m_redraw = true;
-    bool m_allowBigSelection = true;
-    // Set while the grid itself changes the view, whose own notifications are then no user moves.
-    bool m_syncing = false;
-    int m_viewCallDepth = 0;
-    std::exception_ptr m_handlerError;
+    friend class FlexGridPrivate;
+    std::unique_ptr<FlexGridPrivate> const d;
 };
 
 } // namespace PanelKestrin

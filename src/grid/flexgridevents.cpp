@@ -4,6 +4,7 @@
 #include <PanelKestrin/flexgrid.h>
 
 #include "grid/flexgridmodel_p.h"
+#include "grid/flexgrid_p.h"
 #include "grid/flexgridview_p.h"
 
 #include <PanelKestrin/errorreporter.h>
@@ -17,7 +18,7 @@ namespace PanelKestrin {
 
 // The view's current index moved by a click, a key or the focus arriving: the same move as
 // from code, then the view is brought back to the grid's cell whatever the handlers did.
-void FlexGrid::viewCurrentChanged(const QModelIndex &current)
+void FlexGridPrivate::viewCurrentChanged(const QModelIndex &current)
 {
     if (m_syncing)
         return;
@@ -27,7 +28,7 @@ void FlexGrid::viewCurrentChanged(const QModelIndex &current)
 }
 
 // With AllowBigSelection a header click moves to that row (column) and selects all of it.
-void FlexGrid::headerPressed(Qt::Orientation orientation, int section)
+void FlexGridPrivate::headerPressed(Qt::Orientation orientation, int section)
 {
     if (!m_allowBigSelection || m_model->rowCount() == 0 || m_model->columnCount() == 0)
         return;
@@ -48,15 +49,15 @@ void FlexGrid::headerPressed(Qt::Orientation orientation, int section)
     m_view->selectionModel()->select(QItemSelection(first, last), QItemSelectionModel::ClearAndSelect);
 }
 
-void FlexGrid::viewScrolled()
+void FlexGridPrivate::viewScrolled()
 {
     if (m_viewCallDepth == 0) {
-        guardEvent(QStringLiteral("FlexGrid.Scroll"), [this] { emit Scroll(); });
+        guardEvent(QStringLiteral("FlexGrid.Scroll"), [this] { emit q->Scroll(); });
         return;
     }
     // Scrolled by a call from code: the first failure goes to that caller once Qt has returned.
     try {
-        emit Scroll();
+        emit q->Scroll();
     } catch (...) {
         if (!m_handlerError)
             m_handlerError = std::current_exception();
@@ -64,17 +65,17 @@ void FlexGrid::viewScrolled()
 }
 
 // Returns whether the view may handle the key.
-bool FlexGrid::viewKeyDown(QKeyEvent *event)
+bool FlexGridPrivate::viewKeyDown(QKeyEvent *event)
 {
     qint16 KeyCode = KeyCodeFromEvent(event);
     if (KeyCode == 0)
         return true;
     qint16 Shift = ShiftFromEvent(event);
-    const bool completed = guardEvent(QStringLiteral("FlexGrid.KeyDown"), [&] { emit KeyDown(KeyCode, Shift); });
+    const bool completed = guardEvent(QStringLiteral("FlexGrid.KeyDown"), [&] { emit q->KeyDown(KeyCode, Shift); });
     return completed && KeyCode != 0;
 }
 
-void FlexGrid::viewMouse(QMouseEvent *event, bool press)
+void FlexGridPrivate::viewMouse(QMouseEvent *event, bool press)
 {
     qint16 Button;
     switch (event->button()) {
@@ -84,23 +85,23 @@ void FlexGrid::viewMouse(QMouseEvent *event, bool press)
     default: return;
     }
     qint16 Shift = ShiftFromModifiers(event->modifiers());
-    const QPoint at = m_view->viewport()->mapTo(this, event->position().toPoint());
-    float X = float(at.x() * TwipsPerPixelX(this));
-    float Y = float(at.y() * TwipsPerPixelY(this));
+    const QPoint at = m_view->viewport()->mapTo(q, event->position().toPoint());
+    float X = float(at.x() * TwipsPerPixelX(q));
+    float Y = float(at.y() * TwipsPerPixelY(q));
     if (press)
-        guardEvent(QStringLiteral("FlexGrid.MouseDown"), [&] { emit MouseDown(Button, Shift, X, Y); });
+        guardEvent(QStringLiteral("FlexGrid.MouseDown"), [&] { emit q->MouseDown(Button, Shift, X, Y); });
     else
-        guardEvent(QStringLiteral("FlexGrid.MouseUp"), [&] { emit MouseUp(Button, Shift, X, Y); });
+        guardEvent(QStringLiteral("FlexGrid.MouseUp"), [&] { emit q->MouseUp(Button, Shift, X, Y); });
 }
 
-void FlexGrid::viewClick()
+void FlexGridPrivate::viewClick()
 {
-    guardEvent(QStringLiteral("FlexGrid.Click"), [this] { emit Click(); });
+    guardEvent(QStringLiteral("FlexGrid.Click"), [this] { emit q->Click(); });
 }
 
-void FlexGrid::viewLostFocus()
+void FlexGridPrivate::viewLostFocus()
 {
-    guardEvent(QStringLiteral("FlexGrid.LostFocus"), [this] { emit LostFocus(); });
+    guardEvent(QStringLiteral("FlexGrid.LostFocus"), [this] { emit q->LostFocus(); });
 }
 
 } // namespace PanelKestrin

@@ -28,7 +28,7 @@ public:
 class FlexGridView : public QTableView
 {
 public:
-    explicit FlexGridView(FlexGrid *grid) : QTableView(grid), m_grid(grid) {}
+    FlexGridView(FlexGrid *grid, FlexGridPrivate *reactions) : QTableView(grid), m_grid(reactions) {}
 
     // The grid is going away: stop calling it.
     void detach() { m_grid = nullptr; }
@@ -98,7 +98,7 @@ protected:
     }
 
 private:
-    FlexGrid *m_grid;
+    FlexGridPrivate *m_grid;
 };
 
 } // namespace PanelKestrin
