@@ -3,6 +3,7 @@
 #include <PanelKestrin/gridcontrol.h>
 
 #include "grid/gridcontrol_p.h"
+#include "grid/gridsubscript_p.h"
 
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
@@ -15,23 +16,10 @@
 
 namespace PanelKestrin {
 
-namespace {
-template <typename T>
-const T &checkedAt(const QVector<T> &array, int index, const char *name)
-{
-    if (index < 0 || index >= array.size())
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: %1(%2) outside 0 To %3")
-                               .arg(QLatin1String(name)).arg(index).arg(array.size() - 1),
-                           QStringLiteral("gridcontrol"));
-    return array.at(index);
-}
-} // namespace
-
 // Shows the editor where the current column's rules allow it.
 void gridcontrolPrivate::showEditorForCurrentColumn()
 {
-    TxtAdjust->setVisible(checkedAt(GridStructArray, flexgrid->Col(), "GridStructArray").ColEnable);
+    TxtAdjust->setVisible(checkedAt(GridStructArray, flexgrid->Col(), QStringLiteral("GridStructArray")).ColEnable);
 }
 
 // Commits the current cell as leaving it does. When the value was refused the cell may not
@@ -107,7 +95,7 @@ void gridcontrolPrivate::flexgrid_EnterCell()
     // save trim left, which is one. The column number is looked up as plain text, so column 1
     // also matches a listed 12.
     if (InStr(1, sNotEditCols, QString::number(flexgrid->Col())) > 0 && hasDataRow(flexgrid->Row())
-        && checkedAt(mRowStatusArray, flexgrid->Row() - 1, "RowStatusArray") != QLatin1String("A"))
+        && checkedAt(mRowStatusArray, flexgrid->Row() - 1, QStringLiteral("RowStatusArray")) != QLatin1String("A"))
         TxtAdjust->setEnabled(false);
 }
 
@@ -141,7 +129,7 @@ void gridcontrolPrivate::flexgrid_LeaveCell()
         // An unchanged value leaves the store shared with the recordset's rows and the grid's
         // loaded texts (a freshly loaded grid commits its first cell at once).
         mDataArray.setValue(col - 1, dataRow, GetEditValue(qint16(col - 1)));
-        if (checkedAt(mRowStatusArray, dataRow, "RowStatusArray") != QLatin1String("A"))
+        if (checkedAt(mRowStatusArray, dataRow, QStringLiteral("RowStatusArray")) != QLatin1String("A"))
             mRowStatusArray[dataRow] = QStringLiteral("E");
     }
     flexgrid->setTextMatrix(flexgrid->Row(), 0, QString());

@@ -3,6 +3,7 @@
 #include <PanelKestrin/gridcontrol.h>
 
 #include "grid/gridcontrol_p.h"
+#include "grid/gridsubscript_p.h"
 
 #include <PanelKestrin/connectionsettings.h>
 #include <PanelKestrin/errorreporter.h>
@@ -19,12 +20,7 @@ namespace PanelKestrin {
 namespace {
 bool enabledAt(const QVector<GridStruct> &rules, int col)
 {
-    if (col < 0 || col >= rules.size())
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: GridStructArray(%1) outside 0 To %2")
-                               .arg(col).arg(rules.size() - 1),
-                           QStringLiteral("gridcontrol"));
-    return rules.at(col).ColEnable;
+    return checkedAt(rules, col, QStringLiteral("GridStructArray")).ColEnable;
 }
 
 // The KeyAscii of one typed character; characters beyond the 16-bit range stand as '?'.
@@ -207,12 +203,7 @@ void gridcontrolPrivate::TxtAdjust_KeyPress(qint16 &KeyAscii)
     if (KeyAscii == 8 || KeyAscii == 40 || KeyAscii == 38 || flexgrid->Col() == 0)
         return;
     const int col = flexgrid->Col() - 1;
-    if (col >= RecStructArray.size())
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: RecStructArray(%1) outside 0 To %2")
-                               .arg(col).arg(RecStructArray.size() - 1),
-                           QStringLiteral("gridcontrol"));
-    const RecStruct &rec = RecStructArray.at(col);
+    const RecStruct &rec = checkedAt(RecStructArray, col, QStringLiteral("RecStructArray"));
     if (Len(Trim(TxtAdjust->text())) == rec.Length) {
         KeyAscii = 0;
     } else if (KeyAscii == 46) {

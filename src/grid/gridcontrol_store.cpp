@@ -3,6 +3,7 @@
 #include <PanelKestrin/gridcontrol.h>
 
 #include "grid/gridcontrol_p.h"
+#include "grid/gridsubscript_p.h"
 
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
@@ -104,12 +105,7 @@ qint32 gridcontrol::MaxRowNumber() const
 // column's full width, numbers as their leading number, dates as mm/dd/yyyy text.
 QVariant gridcontrolPrivate::GetEditValue(qint16 iCol) const
 {
-    if (iCol < 0 || iCol >= RecStructArray.size())
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: data column %1 is not described (0 To %2)")
-                               .arg(iCol).arg(RecStructArray.size() - 1),
-                           QStringLiteral("gridcontrol"));
-    const RecStruct &rec = RecStructArray.at(iCol);
+    const RecStruct &rec = checkedAt(RecStructArray, iCol, QStringLiteral("RecStructArray"));
     const QString text = TxtAdjust->text();
     if (rec.DataType == QLatin1String("C")) {
         const QString t = Trim(text);

@@ -3,6 +3,7 @@
 #include <PanelKestrin/gridcontrol.h>
 
 #include "grid/gridcontrol_p.h"
+#include "grid/gridsubscript_p.h"
 
 #include "grid/gridvalues_p.h"
 
@@ -101,11 +102,7 @@ RecStruct describeField(const Field &field, QString &typeLetter)
 int ruleIndex(const QString &entry, int size, const QString &list)
 {
     const int index = CInt(entry);
-    if (index < 0 || index >= size)
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: column %1 of %2 is not a grid column (0 To %3)")
-                               .arg(entry, list).arg(size - 1),
-                           kSource);
+    checkSubscript(index, size, list);
     return index;
 }
 
@@ -118,16 +115,7 @@ const QStringList &assignedList(const std::optional<QStringList> &list, const QS
     return *list;
 }
 
-template <typename Container>
-const auto &entryAt(const Container &list, int index, const QString &what)
-{
-    if (index < 0 || index >= list.size())
-        throw RuntimeError(ErrSubscriptOutOfRange,
-                           QStringLiteral("Subscript out of range: %1 has no entry %2 (it has %3)")
-                               .arg(what).arg(index).arg(list.size()),
-                           kSource);
-    return list.at(index);
-}
+
 
 } // namespace
 
@@ -200,7 +188,7 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
     const bool valuesShown =
         headers.size() > lastColumn && showValuesInGrid(*d->flexgrid, d->mDataArray, NullCell::Empty);
     for (int c = 0; c <= lastColumn; ++c) {
-        d->flexgrid->setTextMatrix(0, c + 1, entryAt(headers, c, QStringLiteral("GridHeader")));
+        d->flexgrid->setTextMatrix(0, c + 1, checkedAt(headers, c, QStringLiteral("GridHeader")));
         d->flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
         for (int r = 0; r <= lastRow && !valuesShown; ++r) {
             const QVariant &value = std::as_const(d->mDataArray)(c, r); // a read: no detach from the recordset's rows
@@ -237,9 +225,9 @@ void gridcontrol::MakeGridStructure()
 
 void gridcontrol::ChangeGridHeader(const QVariantList &ColHeader)
 {
-    const QVariantList captions = entryAt(ColHeader, 0, QStringLiteral("ColHeader")).toList();
+    const QVariantList captions = checkedAt(ColHeader, 0, QStringLiteral("ColHeader")).toList();
     for (int i = 0; i <= d->flexgrid->Cols() - 2; ++i)
-        d->flexgrid->setTextMatrix(0, i + 1, CStr(entryAt(captions, i, QStringLiteral("ColHeader(0)"))));
+        d->flexgrid->setTextMatrix(0, i + 1, CStr(checkedAt(captions, i, QStringLiteral("ColHeader(0)"))));
 }
 
 void gridcontrol::FixColSizes(const QVariantList &ColSizeList)
