@@ -80,13 +80,7 @@ struct BenchTable {
 // A shown, active grid of a fixed size in twips with its 8 captions set, ready for MakeStruct.
 std::unique_ptr<gridcontrol> newGrid()
 {
-    auto grid = std::make_unique<gridcontrol>();
-    grid->resize(TwipsToPixelsX(kGridWidthTwips, grid.get()), TwipsToPixelsY(kGridHeightTwips, grid.get()));
-    grid->setGridHeader(QString::fromLatin1(kCaptions));
-    grid->show();
-    grid->activateWindow();
-    QApplication::processEvents();
-    return grid;
+    return BenchSupport::shownGrid(kGridWidthTwips, kGridHeightTwips, kCaptions);
 }
 
 FlexGrid &viewOf(gridcontrol &grid)
@@ -107,10 +101,7 @@ void openAndLoad(gridcontrol &grid, Recordset &rs, Connection &connection)
 // The column rules, set after the timed part as a host sets them after MakeStruct.
 void finishStructure(gridcontrol &grid, int rows)
 {
-    grid.setDisableCol(QString());
-    grid.setInvokeHelpCol(QString());
-    grid.setMandatoryCol(QString());
-    grid.MakeGridStructure();
+    BenchSupport::finishStructure(grid);
     FlexGrid &view = viewOf(grid);
     require(view.Rows() == rows + 1 && view.Cols() == kColumns + 1,
             QStringLiteral("grid is %1 x %2 after loading %3 rows").arg(view.Rows()).arg(view.Cols()).arg(rows));

@@ -38,6 +38,7 @@ using namespace PanelKestrin;
 using BenchSupport::BenchFailure;
 using BenchSupport::elapsedMs;
 using BenchSupport::require;
+using BenchSupport::requireSqlite;
 
 namespace {
 
@@ -53,12 +54,6 @@ const char *const kCaptions = "Id,Code,Customer,Qty,Price,Ordered,City,Amount,Du
 // changes the find box's text and searches again.
 const char *const kKeys[2] = {"ZZLAST", "zzlas"};
 const char *const kLastRemark = "ZZLAST ORDER OF THE YEAR";
-
-void requireSqlite(int rc, sqlite3 *db, const char *what)
-{
-    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
-        throw BenchFailure(std::string(what) + ": " + sqlite3_errmsg(db));
-}
 
 // The table searched: texts, integers, decimals and dates, with some missing due dates. No text
 // begins with "ZZ" except the last row's remark; numbers and dates begin with digits.
@@ -113,21 +108,13 @@ void createTable(const QByteArray &path)
 // open.
 std::unique_ptr<gridcontrol> loadGrid(Connection &connection)
 {
-    auto grid = std::make_unique<gridcontrol>();
-    grid->resize(TwipsToPixelsX(kGridWidthTwips, grid.get()), TwipsToPixelsY(kGridHeightTwips, grid.get()));
+    auto grid = BenchSupport::shownGrid(kGridWidthTwips, kGridHeightTwips, kCaptions);
     grid->bShowMenu = true;
-    grid->setGridHeader(QString::fromLatin1(kCaptions));
-    grid->show();
-    grid->activateWindow();
-    QApplication::processEvents();
 
     Recordset rs;
     rs.Open(QStringLiteral("SELECT * FROM findbench ORDER BY id"), &connection);
     grid->MakeStruct(&rs);
-    grid->setDisableCol(QString());
-    grid->setInvokeHelpCol(QString());
-    grid->setMandatoryCol(QString());
-    grid->MakeGridStructure();
+    BenchSupport::finishStructure(*grid);
     QApplication::processEvents();
     const VariantMatrix data = grid->DataArray();
     require(data.UBound(1) == kColumns - 1 && data.UBound(2) == kRows - 1,

@@ -1,5 +1,10 @@
 #include "benchsupport.h"
 
+#include <PanelKestrin/gridcontrol.h>
+#include <PanelKestrin/twips.h>
+
+#include <QApplication>
+
 #include <QDate>
 #include <QElapsedTimer>
 #include <QString>
@@ -106,6 +111,32 @@ double bestOfMs(int runs, const std::function<void()> &work)
         best = qMin(best, timer.nsecsElapsed() / 1e6);
     }
     return best;
+}
+
+void requireSqlite(int rc, sqlite3 *db, const char *what)
+{
+    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
+        throw BenchFailure(std::string(what) + ": " + sqlite3_errmsg(db));
+}
+
+std::unique_ptr<PanelKestrin::gridcontrol> shownGrid(int widthTwips, int heightTwips, const char *captions)
+{
+    using namespace PanelKestrin;
+    auto grid = std::make_unique<gridcontrol>();
+    grid->resize(TwipsToPixelsX(widthTwips, grid.get()), TwipsToPixelsY(heightTwips, grid.get()));
+    grid->setGridHeader(QString::fromLatin1(captions));
+    grid->show();
+    grid->activateWindow();
+    QApplication::processEvents();
+    return grid;
+}
+
+void finishStructure(PanelKestrin::gridcontrol &grid)
+{
+    grid.setDisableCol(QString());
+    grid.setInvokeHelpCol(QString());
+    grid.setMandatoryCol(QString());
+    grid.MakeGridStructure();
 }
 
 } // namespace BenchSupport

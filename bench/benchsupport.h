@@ -1,7 +1,8 @@
 #pragma once
 
 // What the benchmarks share: the table they read, the raw reading loop they compare against,
-// best-of-N timing, and the failure a benchmark raises when a measured step went wrong.
+// best-of-N timing, the failure a benchmark raises when a measured step went wrong, and the
+// grid a host shows before loading it.
 
 #include <QByteArray>
 #include <QElapsedTimer>
@@ -9,9 +10,14 @@
 #include <QtGlobal>
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
 struct sqlite3;
+
+namespace PanelKestrin {
+class gridcontrol;
+}
 
 namespace BenchSupport {
 
@@ -42,5 +48,15 @@ inline double elapsedMs(const QElapsedTimer &timer)
 {
     return double(timer.nsecsElapsed()) / 1e6;
 }
+
+// An SQLite call that did not succeed raises BenchFailure with the engine's message.
+void requireSqlite(int rc, sqlite3 *db, const char *what);
+
+// A grid of the given size in twips with its captions set (comma-separated), shown and active
+// as on a host form, ready for MakeStruct.
+std::unique_ptr<PanelKestrin::gridcontrol> shownGrid(int widthTwips, int heightTwips, const char *captions);
+
+// The column rules a host sets after MakeStruct (none of each kind), then MakeGridStructure.
+void finishStructure(PanelKestrin::gridcontrol &grid);
 
 } // namespace BenchSupport
