@@ -31,8 +31,8 @@ struct SelectionFormulaTree;
 // form inserts values as typed, so a value holding a lone quote makes the formula malformed
 // (an error naming the position) rather than silently selecting something else. A number is
 // digits with an optional sign and decimal point ("12", "-3.5", ".5"). Table and field names
-// may hold any characters but { } . ' ( ) = < > , and line breaks; blanks around them are
-// dropped. #date# holds a date in any form that a date text may take (below).
+// may hold any characters but { } . ' ( ) = < > , and control characters; blanks around them
+// are dropped. #date# holds a date in any form that a date text may take (below).
 //
 // Comparing:
 // - A Null field value makes the comparison false, so "not" of it is true.

@@ -4,7 +4,10 @@
 
 #include "printing/selectionformula_p.h"
 
+#include <PanelKestrin/connection.h>
 #include <PanelKestrin/dataerrors.h>
+#include <PanelKestrin/field.h>
+#include <PanelKestrin/recordset.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/variant.h>
 
@@ -86,6 +89,8 @@ private slots:
     void fieldReferences_data();
     void fieldReferences();
     void missingFieldIsNamed();
+    void selectsRowsOfARecordset_data();
+    void selectsRowsOfARecordset();
 };
 
 void tst_SelectionFormula::selectsRows_data()
@@ -261,6 +266,47 @@ void tst_SelectionFormula::missingFieldIsNamed()
         QCOMPARE(e.Number(), int(ErrItemNotFound));
         QCOMPARE(e.Description(), description);
     }
+}
+
+// The values a real recordset delivers: DATE and DATETIME columns, NUMERIC, INTEGER, NULL.
+void tst_SelectionFormula::selectsRowsOfARecordset_data()
+{
+    QTest::addColumn<QString>("formula");
+    QTest::addColumn<QString>("ids");
+
+    QTest::newRow("DATE range") << "{orders.odate} >= '12/25/2005' and {orders.odate} <= '12/31/2005'" << "2,3";
+    QTest::newRow("DATETIME range keeps the last day's hours")
+        << "{orders.stamp} >= '12/25/2005' and {orders.stamp} <= '12/31/2005'" << "2,3";
+    QTest::newRow("NUMERIC range") << "{orders.amount} >= 50 and {orders.amount} <= 99.99" << "1,3";
+    QTest::newRow("INTEGER through uppercase compares as text: 10 and 100 lie between 1 and 2")
+        << "(uppercase({orders.qty}) >= uppercase('1') and uppercase({orders.qty}) <= uppercase('2'))"
+           " or uppercase({orders.qty}) like uppercase('2*')"
+        << "1,2,3,4";
+    QTest::newRow("NULL is never selected by a comparison") << "{orders.amount} <> 0" << "1,2,3";
+}
+
+void tst_SelectionFormula::selectsRowsOfARecordset()
+{
+    QFETCH(QString, formula);
+    QFETCH(QString, ids);
+    Connection cn;
+    cn.Open(QStringLiteral("Provider=SQLite;Data Source=:memory:"));
+    cn.Execute(QStringLiteral("CREATE TABLE orders (id INTEGER PRIMARY KEY, odate DATE, stamp DATETIME, "
+                              "amount NUMERIC(10,2), qty INTEGER)"));
+    cn.Execute(QStringLiteral("INSERT INTO orders VALUES "
+                              "(1, '2005-12-24', '2005-12-24 23:59:00', 50, 10), "
+                              "(2, '2005-12-25', '2005-12-25 00:00:00', 100.5, 2), "
+                              "(3, '2005-12-31', '2005-12-31 14:00:00', 99.99, 100), "
+                              "(4, '2006-01-01', '2006-01-01 00:00:00', NULL, 25)"));
+    Recordset rs;
+    rs.Open(QStringLiteral("SELECT * FROM orders ORDER BY id"), &cn);
+    const SelectionFormula selection = SelectionFormula::parse(formula);
+    QStringList selected;
+    for (; !rs.adoEOF(); rs.MoveNext()) {
+        if (selection.matches([&rs](const QString &, const QString &field) { return rs.Fields().Item(field).Value(); }))
+            selected.append(rs.Fields().Item(QStringLiteral("id")).Value().toString());
+    }
+    QCOMPARE(selected.join(QLatin1Char(',')), ids);
 }
 
 QTEST_GUILESS_MAIN(tst_SelectionFormula)
