@@ -40,6 +40,14 @@ bool waitCursorShown()
            && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
 }
 
+QTestEventList keys(std::initializer_list<Qt::Key> list, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QTestEventList events;
+    for (Qt::Key key : list)
+        events.addKeyClick(key, modifiers);
+    return events;
+}
+
 // Feeds the sample report's lines one at a time, as the engine feeds rows.
 ReportFeed sampleFeed(int lines, int *fed = nullptr)
 {
@@ -87,32 +95,17 @@ void tst_ReportPreview::keysPageThroughTheReport_data()
     QTest::addColumn<QTestEventList>("keys");
     QTest::addColumn<QString>("label");
     QTest::addColumn<int>("pageIndex");
-    const ReportDocument doc = sampleReport(400);
-    const int last = doc.pageCount();
-    QTestEventList none;
-    QTestEventList pgDn;
-    pgDn.addKeyClick(Qt::Key_PageDown);
-    QTestEventList pgDnTwicePgUp;
-    pgDnTwicePgUp.addKeyClick(Qt::Key_PageDown);
-    pgDnTwicePgUp.addKeyClick(Qt::Key_PageDown);
-    pgDnTwicePgUp.addKeyClick(Qt::Key_PageUp);
-    QTestEventList end;
-    end.addKeyClick(Qt::Key_End);
-    QTestEventList endPgDn;
-    endPgDn.addKeyClick(Qt::Key_End);
-    endPgDn.addKeyClick(Qt::Key_PageDown);
-    QTestEventList endHome;
-    endHome.addKeyClick(Qt::Key_End);
-    endHome.addKeyClick(Qt::Key_Home);
-    QTestEventList pgUpAtFirst;
-    pgUpAtFirst.addKeyClick(Qt::Key_PageUp);
-    QTest::newRow("opens on page 1") << none << QStringLiteral("Page 1 of %1").arg(last) << 0;
-    QTest::newRow("PgDn") << pgDn << QStringLiteral("Page 2 of %1").arg(last) << 1;
-    QTest::newRow("PgDn PgDn PgUp") << pgDnTwicePgUp << QStringLiteral("Page 2 of %1").arg(last) << 1;
-    QTest::newRow("End") << end << QStringLiteral("Page %1 of %1").arg(last) << last - 1;
-    QTest::newRow("PgDn past the end") << endPgDn << QStringLiteral("Page %1 of %1").arg(last) << last - 1;
-    QTest::newRow("End Home") << endHome << QStringLiteral("Page 1 of %1").arg(last) << 0;
-    QTest::newRow("PgUp on the first page") << pgUpAtFirst << QStringLiteral("Page 1 of %1").arg(last) << 0;
+    const int last = sampleReport(400).pageCount();
+    const QString first = QStringLiteral("Page 1 of %1").arg(last);
+    const QString final = QStringLiteral("Page %1 of %1").arg(last);
+    QTest::newRow("opens on page 1") << keys({}) << first << 0;
+    QTest::newRow("PgDn") << keys({Qt::Key_PageDown}) << QStringLiteral("Page 2 of %1").arg(last) << 1;
+    QTest::newRow("PgDn PgDn PgUp") << keys({Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_PageUp})
+                                    << QStringLiteral("Page 2 of %1").arg(last) << 1;
+    QTest::newRow("End") << keys({Qt::Key_End}) << final << last - 1;
+    QTest::newRow("PgDn past the end") << keys({Qt::Key_End, Qt::Key_PageDown}) << final << last - 1;
+    QTest::newRow("End Home") << keys({Qt::Key_End, Qt::Key_Home}) << first << 0;
+    QTest::newRow("PgUp on the first page") << keys({Qt::Key_PageUp}) << first << 0;
 }
 
 void tst_ReportPreview::keysPageThroughTheReport()
@@ -138,16 +131,11 @@ void tst_ReportPreview::keysAndComboZoom_data()
     QTest::addColumn<int>("start");
     QTest::addColumn<QTestEventList>("keys");
     QTest::addColumn<int>("zoom");
-    QTestEventList in;
-    in.addKeyClick(Qt::Key_Plus, Qt::ControlModifier);
-    QTestEventList inTwice = in;
-    inTwice.addKeyClick(Qt::Key_Plus, Qt::ControlModifier);
-    QTestEventList out;
-    out.addKeyClick(Qt::Key_Minus, Qt::ControlModifier);
-    QTestEventList comboDown;
-    comboDown.addKeyClick(Qt::Key_Down);
+    const QTestEventList in = keys({Qt::Key_Plus}, Qt::ControlModifier);
+    const QTestEventList out = keys({Qt::Key_Minus}, Qt::ControlModifier);
+    const QTestEventList comboDown = keys({Qt::Key_Down});
     QTest::newRow("Ctrl++ from 100%") << 100 << in << 150;
-    QTest::newRow("Ctrl++ twice from 100%") << 100 << inTwice << 200;
+    QTest::newRow("Ctrl++ twice from 100%") << 100 << keys({Qt::Key_Plus, Qt::Key_Plus}, Qt::ControlModifier) << 200;
     QTest::newRow("Ctrl++ at 200% stays") << 200 << in << 200;
     QTest::newRow("Ctrl+- from 100%") << 100 << out << 75;
     QTest::newRow("Ctrl+- at 50% stays") << 50 << out << 50;
