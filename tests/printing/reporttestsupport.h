@@ -60,7 +60,7 @@ inline std::unique_ptr<ReportPaginator> samplePaginator(const ReportPageSetup &s
 // groupEvery lines and a footer "Total group g: <count>" after them.
 inline void addSampleLine(ReportPaginator &paginator, int n, int lines, int groupEvery)
 {
-    const QFont fixed = fixedPitchReportFont(10);
+    static const QFont fixed = fixedPitchReportFont(10);
     const int inGroup = groupEvery > 0 ? (n - 1) % groupEvery + 1 : 0;
     const int group = groupEvery > 0 ? (n - 1) / groupEvery + 1 : 0;
     if (inGroup == 1)
