@@ -26,7 +26,9 @@ ReportPageSetup ReportPageSetup::fromPrinter(const QPrinter *printer)
 
 QSizeF ReportPageSetup::pageSizePoints() const
 {
-    const QSizeF size = pageSize.size(QPageSize::Point);
+    // From millimetres, which keep the paper's exact size (A4 is 595.28 points wide), where
+    // the size in points is rounded to whole points.
+    const QSizeF size = pageSize.size(QPageSize::Millimeter) * (72 / 25.4);
     return orientation == QPageLayout::Landscape ? size.transposed() : size;
 }
 
