@@ -22,6 +22,12 @@ private slots:
     void hugeBoundsRaiseOutOfMemory();
     void rewritingAnEqualValueKeepsCopiesShared_data();
     void rewritingAnEqualValueKeepsCopiesShared();
+    void redimPreserveAcrossBlocks_data();
+    void redimPreserveAcrossBlocks();
+    void writeNearBlockEdgeLeavesCopiesIntact_data();
+    void writeNearBlockEdgeLeavesCopiesIntact();
+    void copiesCompareByContent_data();
+    void copiesCompareByContent();
 };
 
 void tst_variantmatrix::subscriptErrors_data()
@@ -146,6 +152,156 @@ void tst_variantmatrix::rewritingAnEqualValueKeepsCopiesShared()
     QCOMPARE(copy.storageId() == original.storageId(), shared);
     QCOMPARE(copy(1, 2).metaType(), written.metaType());
     QCOMPARE(original(1, 2).metaType(), held.metaType());
+}
+
+// Large matrices: their rows span many storage blocks whatever the block size (hundreds to a
+// few thousand rows), so growing, cutting and writing meet block edges.
+namespace {
+constexpr int kFields = 3; // fields 1 To 3
+
+QVariant fillValue(int i, int j)
+{
+    return QVariant(j * 10 + i);
+}
+
+// Fields 1 To 3, rows lower2 To lower2 + rows - 1, each element fillValue(i, j).
+VariantMatrix filledRows(int lower2, int rows)
+{
+    VariantMatrix m(1, kFields, lower2, lower2 + rows - 1);
+    for (int j = lower2; j < lower2 + rows; ++j)
+        for (int i = 1; i <= kFields; ++i)
+            m(i, j) = fillValue(i, j);
+    return m;
+}
+
+// The first element of rows lower2 To lower2 + rows - 1 that is not what it should be: its fill
+// value in the first `filled` rows, Empty after them; "" when all are right.
+QString firstWrongElement(const VariantMatrix &m, int lower2, int rows, int filled)
+{
+    for (int j = lower2; j < lower2 + rows; ++j) {
+        for (int i = 1; i <= kFields; ++i) {
+            const QVariant expected = j < lower2 + filled ? fillValue(i, j) : QVariant();
+            const QVariant &held = m(i, j);
+            if (held.metaType() != expected.metaType() || held != expected)
+                return QStringLiteral("(%1, %2) holds %3").arg(i).arg(j).arg(held.toString());
+        }
+    }
+    return QString();
+}
+} // namespace
+
+void tst_variantmatrix::redimPreserveAcrossBlocks_data()
+{
+    QTest::addColumn<int>("lower2");
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QList<int>>("resizes"); // row counts, one redimPreserve each
+    QTest::addColumn<bool>("copied");        // a copy taken first must keep every row
+    QTest::newRow("grow from part of a block") << 0 << 300 << QList<int>{2600} << false;
+    QTest::newRow("grow row by row over an edge") << 1 << 1020 << QList<int>{1021, 1022, 1023, 1024, 1025, 1026} << true;
+    QTest::newRow("shrink to inside the first block") << 1 << 2600 << QList<int>{7} << false;
+    QTest::newRow("shrink to a block edge and below") << 0 << 2600 << QList<int>{2048, 1024, 1023, 512, 511, 256, 255}
+                                                      << true;
+    QTest::newRow("shrink to no rows, grow again") << 1 << 1500 << QList<int>{0, 1500} << true;
+    QTest::newRow("cut rows come back Empty") << 0 << 2600 << QList<int>{700, 2600} << false;
+    QTest::newRow("cut rows of a copy come back Empty") << 1 << 2600 << QList<int>{1100, 1900} << true;
+    QTest::newRow("negative lower bound") << -1000 << 1200 << QList<int>{3000, 600} << true;
+}
+
+void tst_variantmatrix::redimPreserveAcrossBlocks()
+{
+    QFETCH(int, lower2);
+    QFETCH(int, rows);
+    QFETCH(QList<int>, resizes);
+    QFETCH(bool, copied);
+    VariantMatrix m = filledRows(lower2, rows);
+    const VariantMatrix copy = copied ? m : VariantMatrix();
+    int filled = rows; // rows still holding what they were filled with
+    for (int count : std::as_const(resizes)) {
+        m.redimPreserve(lower2 + count - 1);
+        filled = qMin(filled, count);
+        QCOMPARE(m.UBound(2), lower2 + count - 1);
+        QCOMPARE(firstWrongElement(m, lower2, count, filled), QString());
+        QCOMPARE(errorNumberOf([&] { m.value(1, lower2 + count); }), 9);
+    }
+    if (copied)
+        QCOMPARE(firstWrongElement(copy, lower2, rows, rows), QString());
+}
+
+void tst_variantmatrix::writeNearBlockEdgeLeavesCopiesIntact_data()
+{
+    QTest::addColumn<int>("lower2");
+    QTest::addColumn<int>("row"); // counted from the first row
+    for (int lower2 : {0, 1})
+        for (int row : {0, 255, 256, 511, 512, 1023, 1024, 2047, 2048, 2499})
+            QTest::addRow("lower bound %d, row %d", lower2, row) << lower2 << row;
+}
+
+void tst_variantmatrix::writeNearBlockEdgeLeavesCopiesIntact()
+{
+    QFETCH(int, lower2);
+    QFETCH(int, row);
+    const int rows = 2500;
+    const int j = lower2 + row;
+    const VariantMatrix original = filledRows(lower2, rows);
+    VariantMatrix copy = original;
+    const void *shared = original.storageId();
+
+    copy.setValue(2, j, fillValue(2, j));
+    QCOMPARE(copy.storageId(), shared);
+    copy.setValue(2, j, QStringLiteral("written"));
+    QVERIFY(copy.storageId() != shared);
+    QCOMPARE(original.storageId(), shared);
+    QCOMPARE(firstWrongElement(original, lower2, rows, rows), QString());
+    QCOMPARE(copy(2, j), QVariant(QStringLiteral("written")));
+    copy.setValue(2, j, fillValue(2, j));
+    QCOMPARE(firstWrongElement(copy, lower2, rows, rows), QString());
+
+    // Writing through the element reference parts a further copy the same way.
+    VariantMatrix second = copy;
+    const void *copyId = copy.storageId();
+    second(kFields, j) = Null();
+    QVERIFY(second.storageId() != copyId);
+    QCOMPARE(copy.storageId(), copyId);
+    QCOMPARE(copy(kFields, j), fillValue(kFields, j));
+}
+
+void tst_variantmatrix::copiesCompareByContent_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<bool>("equal");
+    QTest::newRow("untouched") << Change([](VariantMatrix &) {}) << true;
+    QTest::newRow("an element read for writing") << Change([](VariantMatrix &m) { m(1, 1700) = m.value(1, 1700); })
+                                                 << true;
+    QTest::newRow("an element changed") << Change([](VariantMatrix &m) { m(3, 1999) = 0; }) << false;
+    QTest::newRow("an element changed back") << Change([](VariantMatrix &m) {
+        m(3, 1999) = 0;
+        m(3, 1999) = fillValue(3, 1999);
+    }) << true;
+    QTest::newRow("built again") << Change([](VariantMatrix &m) { m = filledRows(0, 2000); }) << true;
+    QTest::newRow("a row more") << Change([](VariantMatrix &m) { m.redimPreserve(2000); }) << false;
+    QTest::newRow("a row more, then cut") << Change([](VariantMatrix &m) {
+        m.redimPreserve(2000);
+        m.redimPreserve(1999);
+    }) << true;
+    QTest::newRow("the same elements, other bounds") << Change([](VariantMatrix &m) {
+        VariantMatrix moved(1, kFields, 1, 2000);
+        for (int j = 0; j < 2000; ++j)
+            for (int i = 1; i <= kFields; ++i)
+                moved(i, j + 1) = m.value(i, j);
+        m = moved;
+    }) << false;
+}
+
+void tst_variantmatrix::copiesCompareByContent()
+{
+    QFETCH(Change, change);
+    QFETCH(bool, equal);
+    const VariantMatrix original = filledRows(0, 2000);
+    VariantMatrix copy = original;
+    change(copy);
+    QCOMPARE(copy == original, equal);
+    QCOMPARE(original == copy, equal);
+    QCOMPARE(firstWrongElement(original, 0, 2000, 2000), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_variantmatrix)
