@@ -1,0 +1,109 @@
+#include "printing/reportengine_p.h"
+
+#include "printing/reportdefinition_p.h"
+#include "printing/reportenginelayout_p.h"
+#include "printing/reportengineoutput_p.h"
+#include "printing/reportenginerows_p.h"
+#include "printing/reportfiles_p.h"
+#include "printing/reportlayout_p.h"
+#include "printing/reportprinter_p.h"
+#include "printing/selectionformula_p.h"
+
+#include <PanelKestrin/connection.h>
+#include <PanelKestrin/modalrunner.h>
+#include <PanelKestrin/waitcursor.h>
+
+#include <QPrinter>
+
+namespace PanelKestrin {
+
+namespace {
+
+// Sort keys of a run: each group's field first (in the direction the first key naming it
+// asks for), so groups come out whole; then the engine's sort fields, then the file's.
+QVector<ReportSortKey> runSortKeys(const ReportDefinition &definition, const QStringList &sortFields)
+{
+    QVector<ReportSortKey> given;
+    for (const QString &text : sortFields)
+        if (const auto key = ReportSortKey::parse(text))
+            given.append(*key);
+    given += definition.sort;
+    QVector<ReportSortKey> keys;
+    for (const ReportGroupDefinition &group : definition.groups) {
+        ReportSortKey key{group.field, false};
+        for (const ReportSortKey &other : given)
+            if (other.field.compare(group.field, Qt::CaseInsensitive) == 0) {
+                key.descending = other.descending;
+                break;
+            }
+        keys.append(key);
+    }
+    return keys + given;
+}
+
+QString fileFilter(int fileType)
+{
+    switch (fileType) {
+    case ReportEngine::FileRtf:
+        return QStringLiteral("Documents (*.rtf *.doc)");
+    case ReportEngine::FilePdf:
+        return QStringLiteral("PDF files (*.pdf)");
+    default:
+        return QStringLiteral("Text files (*.txt)");
+    }
+}
+
+} // namespace
+
+void ReportEngine::run()
+{
+    m_recordsSelected = 0;
+    int selected = 0;
+    std::shared_ptr<ReportEngineLayout> layout;
+    std::optional<ReportPageSetup> page;
+    {
+        WaitCursor wait;
+        ReportDefinition definition = ReportDefinition::read(m_reportFileName);
+        const PanelKestrin::SelectionFormula formula = SelectionFormula::parse(m_selectionFormula);
+        Connection connection;
+        connection.Open(m_connect + QStringLiteral(";Mode=Read"));
+        ReportRows rows = loadReportRows(connection, definition, formula);
+        sortReportRows(rows, runSortKeys(definition, m_sortFields), definition.fileName);
+        selected = int(rows.rows.size());
+        page = definition.page;
+        layout = std::make_shared<ReportEngineLayout>(std::move(definition), std::move(rows));
+    }
+    const ReportFeed feed = [layout](ReportPaginator &paginator) { return layout->feed(paginator); };
+
+    if (m_destination == ToWindow) {
+        previewReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed, m_windowState);
+    } else if (m_destination == ToPrinter) {
+        WaitCursor wait;
+        QPrinter printer(QPrinter::HighResolution);
+        selectReportPrinter(printer, m_printerName);
+        const ReportDocument document =
+            layOutReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(&printer))), feed);
+        const bool everyPage = m_startPage == 0 && m_stopPage == 0;
+        printReport(document, printer, everyPage ? 1 : m_startPage, everyPage ? ReportLastPage : m_stopPage, m_copies);
+    } else {
+        QString fileName = m_printFileName;
+        if (fileName.trimmed().isEmpty())
+            fileName = GetSaveFileName(nullptr, QStringLiteral("Save Report As"), fileFilter(m_printFileType));
+        if (fileName.trimmed().isEmpty()) {
+            m_recordsSelected = selected;
+            return;
+        }
+        WaitCursor wait;
+        const ReportDocument document =
+            layOutReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed);
+        if (m_printFileType == FileRtf)
+            writeReportRtf(document, fileName);
+        else if (m_printFileType == FilePdf)
+            writeReportPdf(document, fileName);
+        else
+            writeReportText(document, fileName);
+    }
+    m_recordsSelected = selected;
+}
+
+} // namespace PanelKestrin
