@@ -14,6 +14,7 @@
 #include <PanelKestrin/recordset.h>
 #include <PanelKestrin/runtimeerror.h>
 
+#include <QDir>
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
@@ -91,6 +92,7 @@ private slots:
     void selectionAndSort_data();
     void selectionAndSort();
     void preview();
+    void printer();
     void fileNameAsked();
     void runErrors_data();
     void runErrors();
@@ -110,8 +112,15 @@ private:
     ReportEngine m_sharedEngine;
 };
 
+// The test print server's settings (CUPS_SERVER, its queue, its PDF folder and page log) go
+// into the environment before anything asks for a printer: libcups reads them once.
 void tst_ReportEngine::initTestCase()
 {
+    QFile cupsEnv(qEnvironmentVariable("PK_TEST_CUPS_ENV_FILE"));
+    QVERIFY2(cupsEnv.open(QIODevice::ReadOnly), "the CUPS test server is not running; CTest starts it");
+    for (const QByteArray &line : cupsEnv.readAll().split('\n'))
+        if (const int equals = int(line.indexOf('=')); equals > 0)
+            qputenv(line.left(equals).constData(), line.mid(equals + 1));
     QVERIFY(m_dir.isValid());
     m_dbFile = path(QStringLiteral("orders.sqlite"));
     QFile db(m_dbFile);
@@ -308,6 +317,43 @@ void tst_ReportEngine::preview()
     CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
     QCOMPARE(shown, 1);
     QCOMPARE(engine.RecordsSelected(), 150);
+}
+
+// The printer: pages 2 to 3, two copies, on the test server's default queue, read back from
+// the PDF file the queue writes.
+void tst_ReportEngine::printer()
+{
+    const QString title = QStringLiteral("pk%1engine").arg(QCoreApplication::applicationPid());
+    QFile file(path(QStringLiteral("printer.rpt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(reportFile).replace("Orders by customer", title.toUtf8()));
+    file.close();
+
+    ReportEngine engine;
+    setUp(engine, QStringLiteral("printer.rpt"));
+    CallByName(&engine, QStringLiteral("Destination"), VbLet, {1});
+    CallByName(&engine, QStringLiteral("PrinterStartPage"), VbLet, {2});
+    CallByName(&engine, QStringLiteral("PrinterStopPage"), VbLet, {3});
+    CallByName(&engine, QStringLiteral("CopiesToPrinter"), VbLet, {2});
+    CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
+    QCOMPARE(engine.RecordsSelected(), 150);
+
+    // The page log gets the job's "total" line once its PDF is written.
+    const QRegularExpression finished(QStringLiteral("\\] total \\d+ \\S+ \\S+ %1 ").arg(title));
+    auto jobDone = [&] {
+        QFile log(qEnvironmentVariable("PK_CUPS_PAGE_LOG"));
+        return log.open(QIODevice::ReadOnly) && finished.match(QString::fromUtf8(log.readAll())).hasMatch();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(jobDone(), 60000);
+    const QDir pdfDir(qEnvironmentVariable("PK_CUPS_PDF_DIR"));
+    const QStringList files = pdfDir.entryList({title + QLatin1String("*.pdf")}, QDir::Files);
+    QCOMPARE(files.size(), 1);
+    const QString pdf = pdfDir.filePath(files.first());
+    QStringList printed;
+    for (int page = 1; page <= ReportTest::pdfPageCount(pdf); ++page)
+        printed << QRegularExpression(QStringLiteral("Page \\d+ of \\d+")).match(ReportTest::pdfPageText(pdf, page)).captured();
+    QCOMPARE(printed, QStringList({QStringLiteral("Page 2 of 3"), QStringLiteral("Page 3 of 3"), QStringLiteral("Page 2 of 3"),
+                                   QStringLiteral("Page 3 of 3")}));
 }
 
 // File output without a name asks with the save-file dialog; cancelling it writes nothing.
