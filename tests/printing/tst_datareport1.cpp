@@ -4,7 +4,7 @@
 #include "printing/datareport1_p.h"
 #include "printing/reportparameters.h"
 #include "printing/reportpreview_p.h"
-#include "reporttestsupport.h"
+#include "printjobtestsupport.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/dataerrors.h>
@@ -24,7 +24,7 @@ using namespace PanelKestrin;
 
 namespace {
 
-constexpr int LineCount = 130;
+constexpr int LineCount = 300; // pages enough on any paper for the ranges printed
 const QString Heading = QStringLiteral("code         description                 price");
 
 bool isRule(const QString &line)
@@ -47,6 +47,7 @@ private slots:
     void exportRefused_data();
     void exportRefused();
     void previewColumnsAligned();
+    void printed();
     void missingLineField();
 
 private:
@@ -60,6 +61,7 @@ private:
 
 void tst_DataReport1::initTestCase()
 {
+    QVERIFY2(PrintJobTest::useTestPrintServer(), "the CUPS test server is not running; CTest starts it");
     QStandardPaths::setTestModeEnabled(true); // the registry store of the test, not the user's
     QVERIFY(m_dir.isValid());
     const QString db = m_dir.filePath(QStringLiteral("lines.sqlite"));
@@ -252,6 +254,24 @@ void tst_DataReport1::previewColumnsAligned()
         QCOMPARE(nameColumns.size(), 1);
     }
     QCOMPARE(lines, LineCount);
+}
+
+// PrintReport without its dialog prints the range asked for on the default queue, each page
+// with the heading and its number.
+void tst_DataReport1::printed()
+{
+    const QString title = QStringLiteral("pk%1data").arg(QCoreApplication::applicationPid());
+    reportParameters().rpttitle = title;
+    const auto recordset = open();
+    DataReport1 report(recordset.get());
+    report.PrintReport(false, DataReport1::RangeFromTo, 2, 3);
+
+    const QStringList pages = PrintJobTest::jobPages(title);
+    QCOMPARE(PrintJobTest::foundOnPages(pages, QStringLiteral("Page: \\d+")),
+             QStringList({QStringLiteral("Page: 2"), QStringLiteral("Page: 3")}));
+    const QString heading = QStringLiteral("CODE\\s+DESCRIPTION\\s+PRICE");
+    QVERIFY(!PrintJobTest::foundOnPages(pages, heading).contains(QString()));
+    QVERIFY(!pages.first().contains(title.toUpper()));
 }
 
 // A query without "prntxt" cannot be shown: a clear error, and no window.

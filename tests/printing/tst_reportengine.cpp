@@ -5,7 +5,7 @@
 #include "printing/reportdefinition_p.h"
 #include "printing/reportengine_p.h"
 #include "printing/reportpreview_p.h"
-#include "reporttestsupport.h"
+#include "printjobtestsupport.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/dataerrors.h>
@@ -14,7 +14,6 @@
 #include <PanelKestrin/recordset.h>
 #include <PanelKestrin/runtimeerror.h>
 
-#include <QDir>
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
@@ -116,11 +115,7 @@ private:
 // into the environment before anything asks for a printer: libcups reads them once.
 void tst_ReportEngine::initTestCase()
 {
-    QFile cupsEnv(qEnvironmentVariable("PK_TEST_CUPS_ENV_FILE"));
-    QVERIFY2(cupsEnv.open(QIODevice::ReadOnly), "the CUPS test server is not running; CTest starts it");
-    for (const QByteArray &line : cupsEnv.readAll().split('\n'))
-        if (const int equals = int(line.indexOf('=')); equals > 0)
-            qputenv(line.left(equals).constData(), line.mid(equals + 1));
+    QVERIFY2(PrintJobTest::useTestPrintServer(), "the CUPS test server is not running; CTest starts it");
     QVERIFY(m_dir.isValid());
     m_dbFile = path(QStringLiteral("orders.sqlite"));
     QFile db(m_dbFile);
@@ -338,22 +333,9 @@ void tst_ReportEngine::printer()
     CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
     QCOMPARE(engine.RecordsSelected(), 150);
 
-    // The page log gets the job's "total" line once its PDF is written.
-    const QRegularExpression finished(QStringLiteral("\\] total \\d+ \\S+ \\S+ %1 ").arg(title));
-    auto jobDone = [&] {
-        QFile log(qEnvironmentVariable("PK_CUPS_PAGE_LOG"));
-        return log.open(QIODevice::ReadOnly) && finished.match(QString::fromUtf8(log.readAll())).hasMatch();
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(jobDone(), 60000);
-    const QDir pdfDir(qEnvironmentVariable("PK_CUPS_PDF_DIR"));
-    const QStringList files = pdfDir.entryList({title + QLatin1String("*.pdf")}, QDir::Files);
-    QCOMPARE(files.size(), 1);
-    const QString pdf = pdfDir.filePath(files.first());
-    QStringList printed;
-    for (int page = 1; page <= ReportTest::pdfPageCount(pdf); ++page)
-        printed << QRegularExpression(QStringLiteral("Page \\d+ of \\d+")).match(ReportTest::pdfPageText(pdf, page)).captured();
-    QCOMPARE(printed, QStringList({QStringLiteral("Page 2 of 3"), QStringLiteral("Page 3 of 3"), QStringLiteral("Page 2 of 3"),
-                                   QStringLiteral("Page 3 of 3")}));
+    QCOMPARE(PrintJobTest::foundOnPages(PrintJobTest::jobPages(title), QStringLiteral("Page \\d+ of \\d+")),
+             QStringList({QStringLiteral("Page 2 of 3"), QStringLiteral("Page 3 of 3"), QStringLiteral("Page 2 of 3"),
+                          QStringLiteral("Page 3 of 3")}));
 }
 
 // File output without a name asks with the save-file dialog; cancelling it writes nothing.
