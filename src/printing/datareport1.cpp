@@ -58,7 +58,8 @@ void DataReport1::PrintReport(bool showDialog, int range, int pageFrom, int page
     if (showDialog && RunPrinterDialog(&printer, nullptr) != QDialog::Accepted)
         return;
     WaitCursor wait;
-    const ReportDocument document = layOutReport(layout.createPaginator(ReportPageSetup::fromPrinter(&printer)), layout.feed());
+    const ReportDocument document =
+        layOutReport(layout.createPaginator(ReportPageSetup::fromPrinter(&printer)), layout.feed());
     const auto [from, to] = pagesOf(range, pageFrom, pageTo);
     printReport(document, printer, from, to, 1);
 }
@@ -81,7 +82,8 @@ void DataReport1::ExportReport(const QString &formatKey, const QString &fileName
     if (!overwrite && QFile::exists(target))
         throw RuntimeError(58, QStringLiteral("File already exists: %1").arg(target), QStringLiteral("DataReport1"));
     WaitCursor wait;
-    const ReportDocument document = layOutReport(layout.createPaginator(ReportPageSetup::fromPrinter(nullptr)), layout.feed());
+    const ReportDocument document =
+        layOutReport(layout.createPaginator(ReportPageSetup::fromPrinter(nullptr)), layout.feed());
     const auto [from, to] = pagesOf(range, pageFrom, pageTo);
     writeReportText(document, target, from, to);
 }

@@ -50,6 +50,7 @@ std::unique_ptr<ReportPaginator> DataReport1Layout::createPaginator(const Report
     const QFont font = fixedPitchReportFont(10);
     const QString key = QString::fromLatin1(DataReportSettingsKey);
     const ReportParameters &parameters = reportParameters();
+    const QString today = QDate::currentDate().toString(QStringLiteral("dd/MM/yyyy"));
     auto paginator = std::make_unique<ReportPaginator>(setup);
     paginator->setTitle(parameters.rpttitle);
     paginator->setTextFont(font);
@@ -59,7 +60,7 @@ std::unique_ptr<ReportPaginator> DataReport1Layout::createPaginator(const Report
                                    .addText(font, QString())
                                    .addText(font, GetRegValue(HKEY_CURRENT_USER, key, QStringLiteral("Town")))
                                    .addText(font, parameters.rpttitle.toUpper())
-                                   .addText(font, QStringLiteral("Date:") + QDate::currentDate().toString(QStringLiteral("dd/MM/yyyy"))));
+                                   .addText(font, QStringLiteral("Date:") + today));
     paginator->setPageHeader(ReportBand().addRule().addText(font, parameters.rptheading.toUpper()).addRule());
     paginator->setPageFooter(ReportBand().addSpace(4).addText(font, QStringLiteral("Page: %p")));
     return paginator;

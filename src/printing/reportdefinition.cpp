@@ -121,9 +121,12 @@ private:
     [[noreturn]] void fail(const QString &what) const
     {
         QString where;
-        for (const QVariant &step : m_path)
-            where += step.typeId() == QMetaType::QString ? (where.isEmpty() ? QString() : QStringLiteral(".")) + step.toString()
-                                                          : QStringLiteral("[%1]").arg(step.toInt());
+        for (const QVariant &step : m_path) {
+            if (step.typeId() != QMetaType::QString)
+                where += QStringLiteral("[%1]").arg(step.toInt());
+            else
+                where += (where.isEmpty() ? QString() : QStringLiteral(".")) + step.toString();
+        }
         failAtLine(reportLineOfPath(m_text, m_path), where.isEmpty() ? what : QStringLiteral("%1: %2").arg(where, what));
     }
 

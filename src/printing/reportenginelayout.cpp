@@ -73,7 +73,8 @@ std::unique_ptr<ReportPaginator> ReportEngineLayout::createPaginator(const Repor
     QVector<QString> headings;
     for (const ReportColumnDefinition &column : m_definition.columns)
         headings.append(column.heading);
-    paginator->setPageHeader(textLines(ReportBand(), m_font, m_definition.pageHeader).addRule().addLine(m_bold, cells(headings)).addRule());
+    paginator->setPageHeader(
+        textLines(ReportBand(), m_font, m_definition.pageHeader).addRule().addLine(m_bold, cells(headings)).addRule());
     if (!m_definition.pageFooter.isEmpty())
         paginator->setPageFooter(textLines(ReportBand().addSpace(4), m_font, m_definition.pageFooter));
     return paginator;
@@ -175,7 +176,8 @@ bool ReportEngineLayout::feed(ReportPaginator &paginator)
 
     closeGroups(paginator, 0);
     if (!m_definition.totals.isEmpty())
-        paginator.addReportFooter(ReportBand().addRule().addLine(m_bold, sumLine(m_definition.totalsLabel, m_definition.totals, m_totals)));
+        paginator.addReportFooter(ReportBand().addRule().addLine(
+            m_bold, sumLine(m_definition.totalsLabel, m_definition.totals, m_totals)));
     m_done = true;
     return false;
 }
