@@ -18,33 +18,39 @@ void requireValue(bool valid, const char *property, int value)
 
 } // namespace
 
-ReportEngine::ReportEngine(QObject *parent) : QObject(parent) {}
+ReportEngine::ReportEngine(QObject *parent) : QObject(parent), d(std::make_unique<ReportEnginePrivate>()) {}
 
 ReportEngine::~ReportEngine() = default;
 
 void ReportEngine::Reset()
 {
-    m_connect.clear();
-    m_reportFileName.clear();
-    m_selectionFormula.clear();
-    m_sortFields.clear();
-    m_windowState = 0;
-    m_destination = ToWindow;
-    m_startPage = 0;
-    m_stopPage = 0;
-    m_copies = 1;
-    m_printerName.clear();
-    m_printFileType = FileText;
-    m_printFileName.clear();
-    m_recordsSelected = 0;
+    *d = ReportEnginePrivate();
 }
+
+QString ReportEngine::Connect() const { return d->connect; }
+void ReportEngine::setConnect(const QString &value) { d->connect = value; }
+QString ReportEngine::ReportFileName() const { return d->reportFileName; }
+void ReportEngine::setReportFileName(const QString &value) { d->reportFileName = value; }
+QString ReportEngine::SelectionFormula() const { return d->selectionFormula; }
+void ReportEngine::setSelectionFormula(const QString &value) { d->selectionFormula = value; }
+int ReportEngine::WindowState() const { return d->windowState; }
+int ReportEngine::Destination() const { return d->destination; }
+int ReportEngine::PrinterStartPage() const { return d->startPage; }
+int ReportEngine::PrinterStopPage() const { return d->stopPage; }
+int ReportEngine::CopiesToPrinter() const { return d->copies; }
+QString ReportEngine::PrinterName() const { return d->printerName; }
+void ReportEngine::setPrinterName(const QString &value) { d->printerName = value; }
+int ReportEngine::PrintFileType() const { return d->printFileType; }
+QString ReportEngine::PrintFileName() const { return d->printFileName; }
+void ReportEngine::setPrintFileName(const QString &value) { d->printFileName = value; }
+int ReportEngine::RecordsSelected() const { return d->recordsSelected; }
 
 QString ReportEngine::SortFields(int index) const
 {
     if (index < 0)
         throw RuntimeError(ErrSubscriptOutOfRange, QStringLiteral("SortFields(%1): no such index").arg(index),
                            QStringLiteral("ReportEngine"));
-    return m_sortFields.value(index);
+    return d->sortFields.value(index);
 }
 
 void ReportEngine::setSortFields(int index, const QString &value)
@@ -56,45 +62,45 @@ void ReportEngine::setSortFields(int index, const QString &value)
                                .arg(index)
                                .arg(value),
                            QStringLiteral("ReportEngine"));
-    while (m_sortFields.size() <= index)
-        m_sortFields.append(QString());
-    m_sortFields[index] = value;
+    while (d->sortFields.size() <= index)
+        d->sortFields.append(QString());
+    d->sortFields[index] = value;
 }
 
 void ReportEngine::setWindowState(int value)
 {
     requireValue(value >= 0 && value <= 2, "WindowState", value);
-    m_windowState = value;
+    d->windowState = value;
 }
 
 void ReportEngine::setDestination(int value)
 {
     requireValue(value >= ToWindow && value <= ToFile, "Destination", value);
-    m_destination = value;
+    d->destination = value;
 }
 
 void ReportEngine::setPrinterStartPage(int value)
 {
     requireValue(value >= 0, "PrinterStartPage", value);
-    m_startPage = value;
+    d->startPage = value;
 }
 
 void ReportEngine::setPrinterStopPage(int value)
 {
     requireValue(value >= 0, "PrinterStopPage", value);
-    m_stopPage = value;
+    d->stopPage = value;
 }
 
 void ReportEngine::setCopiesToPrinter(int value)
 {
     requireValue(value >= 1, "CopiesToPrinter", value);
-    m_copies = value;
+    d->copies = value;
 }
 
 void ReportEngine::setPrintFileType(int value)
 {
     requireValue(value == FileText || value == FileRtf || value == FilePdf, "PrintFileType", value);
-    m_printFileType = value;
+    d->printFileType = value;
 }
 
 void ReportEngine::setAction(int value)

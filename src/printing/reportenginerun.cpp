@@ -57,53 +57,53 @@ QString fileFilter(int fileType)
 
 void ReportEngine::run()
 {
-    m_recordsSelected = 0;
+    d->recordsSelected = 0;
     int selected = 0;
     std::shared_ptr<ReportEngineLayout> layout;
     std::optional<ReportPageSetup> page;
     {
         WaitCursor wait;
-        ReportDefinition definition = ReportDefinition::read(m_reportFileName);
-        const PanelKestrin::SelectionFormula formula = SelectionFormula::parse(m_selectionFormula);
+        ReportDefinition definition = ReportDefinition::read(d->reportFileName);
+        const PanelKestrin::SelectionFormula formula = SelectionFormula::parse(d->selectionFormula);
         Connection connection;
-        connection.Open(m_connect + QStringLiteral(";Mode=Read"));
+        connection.Open(d->connect + QStringLiteral(";Mode=Read"));
         ReportRows rows = loadReportRows(connection, definition, formula);
-        sortReportRows(rows, runSortKeys(definition, m_sortFields), definition.fileName);
+        sortReportRows(rows, runSortKeys(definition, d->sortFields), definition.fileName);
         selected = int(rows.rows.size());
         page = definition.page;
         layout = std::make_shared<ReportEngineLayout>(std::move(definition), std::move(rows));
     }
     const ReportFeed feed = [layout](ReportPaginator &paginator) { return layout->feed(paginator); };
 
-    if (m_destination == ToWindow) {
-        previewReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed, m_windowState);
-    } else if (m_destination == ToPrinter) {
+    if (d->destination == ToWindow) {
+        previewReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed, d->windowState);
+    } else if (d->destination == ToPrinter) {
         WaitCursor wait;
         QPrinter printer(QPrinter::HighResolution);
-        selectReportPrinter(printer, m_printerName);
+        selectReportPrinter(printer, d->printerName);
         const ReportDocument document =
             layOutReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(&printer))), feed);
-        const bool everyPage = m_startPage == 0 && m_stopPage == 0;
-        printReport(document, printer, everyPage ? 1 : m_startPage, everyPage ? ReportLastPage : m_stopPage, m_copies);
+        const bool everyPage = d->startPage == 0 && d->stopPage == 0;
+        printReport(document, printer, everyPage ? 1 : d->startPage, everyPage ? ReportLastPage : d->stopPage, d->copies);
     } else {
-        QString fileName = m_printFileName;
+        QString fileName = d->printFileName;
         if (fileName.trimmed().isEmpty())
-            fileName = GetSaveFileName(nullptr, QStringLiteral("Save Report As"), fileFilter(m_printFileType));
+            fileName = GetSaveFileName(nullptr, QStringLiteral("Save Report As"), fileFilter(d->printFileType));
         if (fileName.trimmed().isEmpty()) {
-            m_recordsSelected = selected;
+            d->recordsSelected = selected;
             return;
         }
         WaitCursor wait;
         const ReportDocument document =
             layOutReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed);
-        if (m_printFileType == FileRtf)
+        if (d->printFileType == FileRtf)
             writeReportRtf(document, fileName);
-        else if (m_printFileType == FilePdf)
+        else if (d->printFileType == FilePdf)
             writeReportPdf(document, fileName);
         else
             writeReportText(document, fileName);
     }
-    m_recordsSelected = selected;
+    d->recordsSelected = selected;
 }
 
 } // namespace PanelKestrin

@@ -3,7 +3,7 @@
 // read back the way a reader sees it and checked against the same questions asked in SQL.
 
 #include "printing/reportdefinition_p.h"
-#include "printing/reportengine_p.h"
+#include <PanelKestrin/reportengine.h>
 #include "printing/reportpreview_p.h"
 #include "printjobtestsupport.h"
 
