@@ -1,6 +1,6 @@
 // The PanelKestrin demo: a small order-entry application over an embedded SQLite database that
 // it creates and fills on first run. Without a display, run it with --tour <folder> (the demo
-// script does) to open every form offscreen and write screenshots.
+// script does) to open every form offscreen and write screenshots and reports.
 #include "democonfig.h"
 #include "demodatabase.h"
 #include "mainwindow.h"
@@ -27,7 +27,7 @@ int main(int argc, char **argv)
     parser.setApplicationDescription(QStringLiteral("PanelKestrin order-entry demo"));
     parser.addHelpOption();
     const QCommandLineOption tourOption(QStringLiteral("tour"),
-        QStringLiteral("Run the scripted tour and write screenshots to <folder>."), QStringLiteral("folder"));
+        QStringLiteral("Run the scripted tour and write screenshots and reports to <folder>."), QStringLiteral("folder"));
     const QCommandLineOption databaseOption(QStringLiteral("database"),
         QStringLiteral("Use the SQLite database <file> (created and filled when missing)."), QStringLiteral("file"));
     parser.addOption(tourOption);

@@ -1,6 +1,7 @@
 #include "tour.h"
 
 #include "mainwindow.h"
+#include "tourreports.h"
 
 #include <QApplication>
 #include <QDir>
@@ -47,5 +48,6 @@ int runTour(MainWindow &window, const QString &folder)
         ok = shoot(form, dir, fileName(i + 1, window.forms().at(i).title), out) && ok;
         form->close();
     }
+    ok = writeTourReports(dir, out) && ok;
     return ok ? 0 : 1;
 }

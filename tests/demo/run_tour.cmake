@@ -1,5 +1,5 @@
 # Run as a script: the demo's offscreen tour on a fresh database must create and fill the
-# database, open every form and write a screenshot of each.
+# database, open every form and write a screenshot of each, and write its reports.
 file(REMOVE_RECURSE "${WORK_DIR}")
 execute_process(COMMAND "${DEMO}" --tour "${WORK_DIR}/tour" --database "${WORK_DIR}/data/orders.sqlite"
                 RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -16,3 +16,28 @@ file(SIZE "${WORK_DIR}/data/orders.sqlite" size)
 if(size LESS 20000)
     message(FATAL_ERROR "the demo database was not filled (${size} bytes)")
 endif()
+
+# The reports: each file written, in its format (by its first bytes), and the text files with
+# the report's title.
+set(reports
+    "report-order-lines.pdf|%PDF"
+    "report-order-lines.rtf|{\\rtf"
+    "report-order-lines.txt|ORDER LINES BY ORDER"
+    "data-report-orders.pdf|%PDF"
+    "data-report-orders.rtf|{\\rtf"
+    "data-report-orders.txt|ORDERS"
+    "report-preview.png|PNG")
+foreach(entry IN LISTS reports)
+    string(REPLACE "|" ";" entry "${entry}")
+    list(GET entry 0 name)
+    list(GET entry 1 expected)
+    set(path "${WORK_DIR}/tour/${name}")
+    if(NOT EXISTS "${path}")
+        message(FATAL_ERROR "the tour did not write ${name}")
+    endif()
+    file(READ "${path}" head LIMIT 2000)
+    string(FIND "${head}" "${expected}" at)
+    if(at LESS 0)
+        message(FATAL_ERROR "${name} does not hold \"${expected}\" in its first bytes")
+    endif()
+endforeach()
