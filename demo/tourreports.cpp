@@ -103,27 +103,35 @@ void withPreview(const std::function<void()> &show, const std::function<void(Rep
         throw errors.first();
 }
 
-bool engineReport(const QDir &dir, QTextStream &out)
+// Every report file of the demo to PDF, text and RTF, then the order-lines report in the
+// preview window.
+bool engineReports(const QDir &dir, QTextStream &out)
 {
-    const QString reportFile = DemoReportFiles::path(QStringLiteral("order-lines.rpt"));
-    if (reportFile.isEmpty()) {
+    const QString folder = DemoReportFiles::folder();
+    const QStringList reportFiles = QDir(folder).entryList({QStringLiteral("*.rpt")}, QDir::Files, QDir::Name);
+    if (folder.isEmpty() || reportFiles.isEmpty()) {
         out << "the demo's report files are missing (reports/ next to the program)" << Qt::endl;
         return false;
     }
     ReportEngine engine;
     engine.setConnect(ConnectionSettings::instance().ConnectString());
-    engine.setReportFileName(reportFile);
     engine.setDestination(ReportEngine::ToFile);
     bool ok = true;
-    for (const FileFormat &format : kFormats) {
-        const QString path = dir.filePath(QStringLiteral("report-order-lines.") + QLatin1String(format.suffix));
-        engine.setPrintFileType(format.engineFileType);
-        engine.setPrintFileName(path);
-        engine.setAction(1);
-        ok = written(path, out) && ok;
+    for (const QString &reportFile : reportFiles) {
+        engine.setReportFileName(QDir(folder).filePath(reportFile));
+        for (const FileFormat &format : kFormats) {
+            const QString path = dir.filePath(QStringLiteral("report-%1.%2")
+                                                  .arg(QFileInfo(reportFile).completeBaseName(),
+                                                       QLatin1String(format.suffix)));
+            engine.setPrintFileType(format.engineFileType);
+            engine.setPrintFileName(path);
+            engine.setAction(1);
+            ok = written(path, out) && ok;
+        }
     }
 
     const QString shot = dir.filePath(QStringLiteral("report-preview.png"));
+    engine.setReportFileName(DemoReportFiles::path(QStringLiteral("order-lines.rpt")));
     engine.setDestination(ReportEngine::ToWindow);
     withPreview([&engine] { engine.setAction(1); },
                 [&shot](ReportPreview &preview) {
@@ -167,7 +175,7 @@ bool dataReport(const QDir &dir, QTextStream &out)
 bool writeTourReports(const QDir &dir, QTextStream &out)
 {
     bool ok = true;
-    for (const auto &run : {engineReport, dataReport}) {
+    for (const auto &run : {engineReports, dataReport}) {
         try {
             ok = run(dir, out) && ok;
         } catch (const RuntimeError &e) {

@@ -23,6 +23,7 @@ set(reports
     "report-order-lines.pdf|%PDF"
     "report-order-lines.rtf|{\\rtf"
     "report-order-lines.txt|ORDER LINES BY ORDER"
+    "report-customers.txt|CUSTOMERS"
     "data-report-orders.pdf|%PDF"
     "data-report-orders.rtf|{\\rtf"
     "data-report-orders.txt|ORDERS"
