@@ -4,6 +4,8 @@
 #include "printing/reportdocument_p.h"
 #include "printing/reportprinter_p.h"
 
+#include "printjobtestsupport.h"
+
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QApplication>
@@ -112,17 +114,10 @@ private:
 // first printer query: nothing in this test may touch a printer before this runs.
 void TestReportPrinter::initTestCase()
 {
-    const QString envFile = qEnvironmentVariable("PK_TEST_CUPS_ENV_FILE");
-    QFile file(envFile);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!PrintJobTest::useTestPrintServer())
         QFAIL(qPrintable(QStringLiteral("the CUPS test server is not running (no %1); CTest starts it "
                                         "with scripts/cups-for-tests.sh")
-                             .arg(envFile)));
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        const int equals = line.indexOf('=');
-        if (equals > 0)
-            qputenv(line.left(equals).constData(), line.mid(equals + 1));
-    }
+                             .arg(qEnvironmentVariable("PK_TEST_CUPS_ENV_FILE"))));
     m_queue = qEnvironmentVariable("PK_CUPS_QUEUE");
     m_pdfDir = qEnvironmentVariable("PK_CUPS_PDF_DIR");
     m_pageLog = qEnvironmentVariable("PK_CUPS_PAGE_LOG");
