@@ -1,14 +1,27 @@
 #include "printing/reportpainter_p.h"
 
 #include "printing/reportdocument_p.h"
+#include "printing/reportglyphs_p.h"
 
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPen>
 
 namespace PanelKestrin {
+
+namespace {
+
+// A font as the painter's device resolves it, and the glyphs that draw its simple runs on PDF.
+struct PageFont
+{
+    QFont font;
+    ReportGlyphs glyphs;
+};
+
+} // namespace
 
 void paintReportPage(QPainter &painter, const ReportDocument &document, int pageIndex)
 {
@@ -29,11 +42,15 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
 
     // Font sizes are points, which the device would turn into pixels at its own resolution;
     // the scale above already does that, so each font is shrunk by the same factor once.
-    QVector<QFont> fonts;
+    // On PDF (the PDF file and the printer) simple runs in a fixed-pitch font are drawn as glyph
+    // runs (see ReportGlyphs), which write the same page without shaping each run again; the
+    // preview's raster keeps the text path.
+    const bool glyphRuns = device && painter.paintEngine() && painter.paintEngine()->type() == QPaintEngine::Pdf;
+    QVector<PageFont> fonts;
     fonts.reserve(document.fonts.size());
     for (QFont font : document.fonts) {
         font.setPointSizeF(font.pointSizeF() * 72 / dpiY);
-        fonts.append(font);
+        fonts.append({font, glyphRuns ? ReportGlyphs(QFont(font, device)) : ReportGlyphs()});
     }
 
     const ReportPage &page = document.pages.at(pageIndex);
@@ -49,9 +66,16 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
     painter.setPen(Qt::black);
     int current = -1;
     for (const ReportTextRun &run : page.texts) {
-        if (run.font != current && run.font >= 0 && run.font < fonts.size()) {
+        const bool known = run.font >= 0 && run.font < fonts.size();
+        if (known) {
+            if (const auto glyphRun = fonts.at(run.font).glyphs.glyphRun(run.text)) {
+                painter.drawGlyphRun(QPointF(run.left(), run.baseline), *glyphRun);
+                continue;
+            }
+        }
+        if (run.font != current && known) {
             current = run.font;
-            painter.setFont(fonts.at(current));
+            painter.setFont(fonts.at(current).font);
         }
         painter.drawText(QPointF(run.left(), run.baseline), run.text);
     }

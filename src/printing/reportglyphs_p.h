@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QGlyphRun>
+#include <QRawFont>
+#include <QString>
+
+#include <optional>
+
+class QFont;
+
+namespace PanelKestrin {
+
+// Report text that needs no shaping, in a fixed-pitch font: one glyph per character, each
+// followed by the font's own advance. Most of a report's runs are such text (padded columns of
+// Latin letters, digits and punctuation), and for them the font's glyphs and advances are what
+// QPainter::drawText draws, without shaping every run again. Anything else (a proportional
+// font, a character the font lacks, combining marks, right-to-left or complex scripts) answers
+// nullopt and takes the full text path.
+class ReportGlyphs
+{
+public:
+    ReportGlyphs() = default;
+    // font as its device resolves it (QFont(font, device)): the glyphs are that device's size.
+    explicit ReportGlyphs(const QFont &font);
+
+    // The glyphs of text positioned from the origin on the baseline.
+    std::optional<QGlyphRun> glyphRun(const QString &text) const;
+
+private:
+    QRawFont m_raw; // invalid when the font is not fixed-pitch
+};
+
+} // namespace PanelKestrin
