@@ -34,16 +34,27 @@ std::optional<QGlyphRun> ReportGlyphs::glyphRun(const QString &text) const
     const QList<quint32> glyphs = m_raw.glyphIndexesForString(text);
     if (glyphs.size() != text.size() || glyphs.contains(0u))
         return std::nullopt;
+    // Blank stretches of two or more (a padded column's filling) are left out: they draw nothing,
+    // and the glyphs after them keep their places. A single blank between words stays, so a
+    // reader of the page still finds the words apart.
+    const QList<QPointF> advances = m_raw.advancesForGlyphIndexes(glyphs);
+    QList<quint32> drawn;
     QList<QPointF> positions;
+    drawn.reserve(glyphs.size());
     positions.reserve(glyphs.size());
     QPointF at(0, 0);
-    for (const QPointF &advance : m_raw.advancesForGlyphIndexes(glyphs)) {
-        positions.append(at);
-        at += advance;
+    for (qsizetype i = 0; i < glyphs.size(); ++i) {
+        const bool padding = text.at(i) == u' '
+                             && ((i > 0 && text.at(i - 1) == u' ') || (i + 1 < text.size() && text.at(i + 1) == u' '));
+        if (!padding) {
+            drawn.append(glyphs.at(i));
+            positions.append(at);
+        }
+        at += advances.at(i);
     }
     QGlyphRun run;
     run.setRawFont(m_raw);
-    run.setGlyphIndexes(glyphs);
+    run.setGlyphIndexes(drawn);
     run.setPositions(positions);
     return run;
 }
