@@ -27,35 +27,36 @@ ReportGlyphs::ReportGlyphs(const QFont &font)
         m_raw = QRawFont::fromFont(font);
 }
 
-std::optional<QGlyphRun> ReportGlyphs::glyphRun(const QString &text) const
+bool ReportGlyphs::add(const QString &text, const QPointF &origin, Batch &batch) const
 {
     if (!m_raw.isValid() || !isSimpleText(text))
-        return std::nullopt;
+        return false;
     const QList<quint32> glyphs = m_raw.glyphIndexesForString(text);
     if (glyphs.size() != text.size() || glyphs.contains(0u))
-        return std::nullopt;
+        return false;
     // Blank stretches of two or more (a padded column's filling) are left out: they draw nothing,
     // and the glyphs after them keep their places. A single blank between words stays, so a
     // reader of the page still finds the words apart.
     const QList<QPointF> advances = m_raw.advancesForGlyphIndexes(glyphs);
-    QList<quint32> drawn;
-    QList<QPointF> positions;
-    drawn.reserve(glyphs.size());
-    positions.reserve(glyphs.size());
-    QPointF at(0, 0);
+    QPointF at = origin;
     for (qsizetype i = 0; i < glyphs.size(); ++i) {
         const bool padding = text.at(i) == u' '
                              && ((i > 0 && text.at(i - 1) == u' ') || (i + 1 < text.size() && text.at(i + 1) == u' '));
         if (!padding) {
-            drawn.append(glyphs.at(i));
-            positions.append(at);
+            batch.glyphs.append(glyphs.at(i));
+            batch.positions.append(at);
         }
         at += advances.at(i);
     }
+    return true;
+}
+
+QGlyphRun ReportGlyphs::glyphRun(const Batch &batch) const
+{
     QGlyphRun run;
     run.setRawFont(m_raw);
-    run.setGlyphIndexes(drawn);
-    run.setPositions(positions);
+    run.setGlyphIndexes(batch.glyphs);
+    run.setPositions(batch.positions);
     return run;
 }
 

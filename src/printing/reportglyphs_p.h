@@ -4,8 +4,6 @@
 #include <QRawFont>
 #include <QString>
 
-#include <optional>
-
 class QFont;
 
 namespace PanelKestrin {
@@ -23,8 +21,18 @@ public:
     // font as its device resolves it (QFont(font, device)): the glyphs are that device's size.
     explicit ReportGlyphs(const QFont &font);
 
-    // The glyphs of text positioned from the origin on the baseline.
-    std::optional<QGlyphRun> glyphRun(const QString &text) const;
+    // Glyphs gathered for one glyph run, positioned where they are drawn.
+    struct Batch
+    {
+        QList<quint32> glyphs;
+        QList<QPointF> positions;
+    };
+
+    // Adds the glyphs of text starting at origin on its baseline to batch; false, adding
+    // nothing, when text needs the full text path.
+    bool add(const QString &text, const QPointF &origin, Batch &batch) const;
+    // The glyph run of what batch gathered, drawn from the painter's origin.
+    QGlyphRun glyphRun(const Batch &batch) const;
 
 private:
     QRawFont m_raw; // invalid when the font is not fixed-pitch

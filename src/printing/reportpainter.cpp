@@ -14,11 +14,13 @@ namespace PanelKestrin {
 
 namespace {
 
-// A font as the painter's device resolves it, and the glyphs that draw its simple runs on PDF.
+// A font as the painter's device resolves it, the glyphs that draw its simple runs on PDF, and
+// those of the page gathered to be drawn as one glyph run.
 struct PageFont
 {
     QFont font;
     ReportGlyphs glyphs;
+    ReportGlyphs::Batch batch;
 };
 
 } // namespace
@@ -42,15 +44,16 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
 
     // Font sizes are points, which the device would turn into pixels at its own resolution;
     // the scale above already does that, so each font is shrunk by the same factor once.
-    // On PDF (the PDF file and the printer) simple runs in a fixed-pitch font are drawn as glyph
-    // runs (see ReportGlyphs), which write the same page without shaping each run again; the
-    // preview's raster keeps the text path.
+    // On PDF (the PDF file and the printer) the simple runs of a fixed-pitch font are drawn as one
+    // glyph run per font and page (see ReportGlyphs): the same glyphs in the same places, without
+    // shaping each run again or writing each as a text object of its own. The preview's raster
+    // keeps the text path.
     const bool glyphRuns = device && painter.paintEngine() && painter.paintEngine()->type() == QPaintEngine::Pdf;
     QVector<PageFont> fonts;
     fonts.reserve(document.fonts.size());
     for (QFont font : document.fonts) {
         font.setPointSizeF(font.pointSizeF() * 72 / dpiY);
-        fonts.append({font, glyphRuns ? ReportGlyphs(QFont(font, device)) : ReportGlyphs()});
+        fonts.append({font, glyphRuns ? ReportGlyphs(QFont(font, device)) : ReportGlyphs(), {}});
     }
 
     const ReportPage &page = document.pages.at(pageIndex);
@@ -68,10 +71,9 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
     for (const ReportTextRun &run : page.texts) {
         const bool known = run.font >= 0 && run.font < fonts.size();
         if (known) {
-            if (const auto glyphRun = fonts.at(run.font).glyphs.glyphRun(run.text)) {
-                painter.drawGlyphRun(QPointF(run.left(), run.baseline), *glyphRun);
+            PageFont &font = fonts[run.font];
+            if (font.glyphs.add(run.text, QPointF(run.left(), run.baseline), font.batch))
                 continue;
-            }
         }
         if (run.font != current && known) {
             current = run.font;
@@ -79,6 +81,9 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
         }
         painter.drawText(QPointF(run.left(), run.baseline), run.text);
     }
+    for (const PageFont &font : std::as_const(fonts))
+        if (!font.batch.glyphs.isEmpty())
+            painter.drawGlyphRun(QPointF(0, 0), font.glyphs.glyphRun(font.batch));
     painter.restore();
 }
 
