@@ -9,8 +9,8 @@ namespace PanelKestrin {
 
 namespace {
 
-// Latin, Greek and Cyrillic letters, digits and punctuation: no control characters, combining
-// marks, right-to-left or complex scripts, nothing outside the basic plane.
+// Latin letters, accented ones included, digits and punctuation: no control characters, no other
+// script, no combining marks, nothing outside the basic plane.
 bool isSimpleText(const QString &text)
 {
     return std::all_of(text.cbegin(), text.cend(), [](QChar c) {

@@ -12,8 +12,8 @@ namespace PanelKestrin {
 // followed by the font's own advance. Most of a report's runs are such text (padded columns of
 // Latin letters, digits and punctuation), and for them the font's glyphs and advances are what
 // QPainter::drawText draws, without shaping every run again. Anything else (a proportional
-// font, a character the font lacks, combining marks, right-to-left or complex scripts) answers
-// nullopt and takes the full text path.
+// font, a character the font lacks, other scripts, combining marks) is refused and takes the
+// full text path.
 class ReportGlyphs
 {
 public:

@@ -44,6 +44,7 @@ void paintReportPage(QPainter &painter, const ReportDocument &document, int page
 
     // Font sizes are points, which the device would turn into pixels at its own resolution;
     // the scale above already does that, so each font is shrunk by the same factor once.
+    //
     // On PDF (the PDF file and the printer) the simple runs of a fixed-pitch font are drawn as one
     // glyph run per font and page (see ReportGlyphs): the same glyphs in the same places, without
     // shaping each run again or writing each as a text object of its own. The preview's raster
