@@ -393,26 +393,5 @@ int run(const QTemporaryDir &dir)
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    // A message box would wait for a user; the load and paging paths are not expected to show one.
-    setMessageBoxHandler([](const QString &prompt, int, const QString &) {
-        std::fprintf(stderr, "unexpected message box: %s\n", qPrintable(prompt));
-        return int(vbOK);
-    });
-    QTemporaryDir dir;
-    if (!dir.isValid()) {
-        std::fprintf(stderr, "cannot create a temporary folder\n");
-        return 2;
-    }
-    try {
-        return run(dir);
-    } catch (const RuntimeError &e) {
-        std::fprintf(stderr, "run-time error: %s\n", e.what());
-    } catch (const BenchFailure &e) {
-        std::fprintf(stderr, "bench check failed: %s\n", e.what());
-    }
-    return 2;
+    return BenchSupport::runWidgetBenchmark(argc, argv, run);
 }

@@ -1,6 +1,8 @@
 #include "benchsupport.h"
 
 #include <PanelKestrin/gridcontrol.h>
+#include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/twips.h>
 
 #include <QApplication>
@@ -8,6 +10,7 @@
 #include <QDate>
 #include <QElapsedTimer>
 #include <QString>
+#include <QTemporaryDir>
 #include <QVariant>
 #include <QVector>
 
@@ -137,6 +140,34 @@ void finishStructure(PanelKestrin::gridcontrol &grid)
     grid.setInvokeHelpCol(QString());
     grid.setMandatoryCol(QString());
     grid.MakeGridStructure();
+}
+
+int runWidgetBenchmark(int argc, char **argv, const std::function<int(const QTemporaryDir &)> &run)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    bool messageShown = false;
+    PanelKestrin::setMessageBoxHandler([&messageShown](const QString &prompt, int, const QString &) {
+        std::fprintf(stderr, "unexpected message box: %s\n", qPrintable(prompt));
+        messageShown = true;
+        return int(PanelKestrin::vbOK);
+    });
+    QTemporaryDir dir;
+    if (!dir.isValid()) {
+        std::fprintf(stderr, "cannot create a temporary folder\n");
+        return 2;
+    }
+    try {
+        const int status = run(dir);
+        return messageShown ? 2 : status;
+    } catch (const PanelKestrin::RuntimeError &e) {
+        std::fprintf(stderr, "run-time error: %s\n", e.what());
+    } catch (const BenchFailure &e) {
+        std::fprintf(stderr, "bench check failed: %s\n", e.what());
+    }
+    return 2;
 }
 
 } // namespace BenchSupport

@@ -13,6 +13,7 @@
 #include <memory>
 #include <stdexcept>
 
+class QTemporaryDir;
 struct sqlite3;
 
 namespace PanelKestrin {
@@ -58,5 +59,11 @@ std::unique_ptr<PanelKestrin::gridcontrol> shownGrid(int widthTwips, int heightT
 
 // The column rules a host sets after MakeStruct (none of each kind), then MakeGridStructure.
 void finishStructure(PanelKestrin::gridcontrol &grid);
+
+// Runs a widget benchmark as they all run: offscreen unless a display is set, a QApplication, a
+// message-box handler that reports any box as unexpected (a benchmark that shows one fails), and
+// a temporary folder for run. Returns run's status (0 within budget, 1 over), or 2 when a
+// measured step failed (RuntimeError, BenchFailure) or a message box came up.
+int runWidgetBenchmark(int argc, char **argv, const std::function<int(const QTemporaryDir &)> &run);
 
 } // namespace BenchSupport
