@@ -8,6 +8,7 @@
 
 #include <memory>
 
+#include <QFile>
 #include <QProcess>
 #include <QStringList>
 #include <QTest>
@@ -133,6 +134,15 @@ inline QString pdfPageText(const QString &fileName, int page)
     return run(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), QStringLiteral("-f"),
                                             QString::number(page), QStringLiteral("-l"),
                                             QString::number(page), fileName, QStringLiteral("-")});
+}
+
+// The pages of a text report file (form feeds between them); none when it cannot be read.
+inline QStringList textFilePages(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(u'\f');
 }
 
 } // namespace ReportTest

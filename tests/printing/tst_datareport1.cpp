@@ -101,10 +101,7 @@ QStringList tst_DataReport1::exportPages(DataReport1 &report, int range, int fro
 {
     const QString fileName = m_dir.filePath(QStringLiteral("report.txt"));
     report.ExportReport(QStringLiteral("key_def_Text"), fileName, true, false, range, from, to);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll()).split(u'\f');
+    return ReportTest::textFilePages(fileName);
 }
 
 void tst_DataReport1::exportedText_data()

@@ -183,10 +183,7 @@ QStringList tst_ReportEngine::readPages(const QString &fileName, int fileType) c
             pages << ReportTest::pdfPageText(fileName, page);
         return pages;
     }
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll()).split(u'\f');
+    return ReportTest::textFilePages(fileName);
 }
 
 void tst_ReportEngine::fileOutput_data()
