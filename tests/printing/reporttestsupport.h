@@ -5,7 +5,11 @@
 
 #include "printing/reportfiles_p.h"
 #include "printing/reportlayout_p.h"
+#include "printing/reportpreview_p.h"
 
+#include <PanelKestrin/modalrunner.h>
+
+#include <functional>
 #include <memory>
 
 #include <QFile>
@@ -143,6 +147,26 @@ inline QStringList textFilePages(const QString &fileName)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll()).split(u'\f');
+}
+
+// Takes over the modal runner so that the report preview a run opens is shown, laid out to the
+// end and handed to check, then closed; returns the count of previews shown so far.
+inline std::shared_ptr<int> checkPreviews(std::function<void(ReportPreview *)> check)
+{
+    auto shown = std::make_shared<int>(0);
+    setModalRunner([shown, check](QDialog *form) {
+        auto *preview = qobject_cast<ReportPreview *>(form);
+        if (!preview)
+            return 0;
+        ++*shown;
+        form->show();
+        [&] {
+            QTRY_VERIFY(!preview->isLayingOut());
+            check(preview);
+        }();
+        return 0;
+    });
+    return shown;
 }
 
 } // namespace ReportTest

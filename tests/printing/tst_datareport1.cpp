@@ -218,22 +218,12 @@ void tst_DataReport1::previewColumnsAligned()
     const auto recordset = open();
     DataReport1 report(recordset.get());
     const QString pdf = m_dir.filePath(QStringLiteral("preview.pdf"));
-    int shown = 0;
-    setModalRunner([&](QDialog *form) {
-        auto *preview = qobject_cast<ReportPreview *>(form);
-        if (!preview)
-            return 0;
-        ++shown;
-        form->show();
-        [&] {
-            QTRY_VERIFY(!preview->isLayingOut());
-            QVERIFY(preview->pageCount() >= 3);
-            writeReportPdf(preview->document(), pdf);
-        }();
-        return 0;
+    const auto shown = ReportTest::checkPreviews([&](ReportPreview *preview) {
+        QVERIFY(preview->pageCount() >= 3);
+        writeReportPdf(preview->document(), pdf);
     });
     report.Show(1);
-    QCOMPARE(shown, 1);
+    QCOMPARE(*shown, 1);
 
     // pdftotext spaces each page on its own, so the columns are compared within a page.
     int lines = 0;

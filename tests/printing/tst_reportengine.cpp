@@ -290,24 +290,14 @@ void tst_ReportEngine::preview()
     CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
     const QStringList textPages = readPages(path(QStringLiteral("preview.txt")), ReportEngine::FileText);
 
-    int shown = 0;
-    setModalRunner([&](QDialog *form) {
-        auto *preview = qobject_cast<ReportPreview *>(form);
-        if (!preview)
-            return 0;
-        ++shown;
-        form->show();
-        [&] {
-            QTRY_VERIFY(!preview->isLayingOut());
-            QVERIFY(preview->windowState() & Qt::WindowMaximized);
-            QCOMPARE(preview->pageCount(), textPages.size());
-            QVERIFY(ReportTest::modelWordLines(preview->document(), 0).contains(QLatin1String("ORDERS BY CUSTOMER")));
-        }();
-        return 0;
+    const auto shown = ReportTest::checkPreviews([&](ReportPreview *preview) {
+        QVERIFY(preview->windowState() & Qt::WindowMaximized);
+        QCOMPARE(preview->pageCount(), textPages.size());
+        QVERIFY(ReportTest::modelWordLines(preview->document(), 0).contains(QLatin1String("ORDERS BY CUSTOMER")));
     });
     CallByName(&engine, QStringLiteral("Destination"), VbLet, {0});
     CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
-    QCOMPARE(shown, 1);
+    QCOMPARE(*shown, 1);
     QCOMPARE(engine.RecordsSelected(), 150);
 }
 
