@@ -108,8 +108,7 @@ void gridcontrolPrivate::flexgrid_LeaveCell()
         return;
     // Beyond the store lies at most the blank row that the save trim left: leaving it blank
     // stores nothing, a value typed into it brings its data row back (below).
-    if (row - 1 > mDataArray.UBound(2)
-        && (row - 1 > mDataArray.UBound(2) + 1 || row != flexgrid->Rows() - 1 || Trim(TxtAdjust->text()).isEmpty()))
+    if (!hasDataRow(row) && (!isTrimmedRow(row) || Trim(TxtAdjust->text()).isEmpty()))
         return;
 
     qint32 validateRow = row;

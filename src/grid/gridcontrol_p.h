@@ -67,6 +67,8 @@ public:
     // Rows.
     bool RemoveGridRow(qint32 &lRow);
     bool hasDataRow(qint32 gridRow) const;
+    // The blank last grid row whose data row the save trim dropped.
+    bool isTrimmedRow(qint32 gridRow) const;
     void attachDataRow(qint32 gridRow);
     void addRow();
     void deleteRow();

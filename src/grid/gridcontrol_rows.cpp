@@ -48,11 +48,16 @@ bool gridcontrolPrivate::hasDataRow(qint32 gridRow) const
     return gridRow >= 1 && mDataArray.isAssigned() && gridRow - 1 <= mDataArray.UBound(2);
 }
 
+bool gridcontrolPrivate::isTrimmedRow(qint32 gridRow) const
+{
+    return mDataArray.isAssigned() && gridRow == flexgrid->Rows() - 1 && gridRow - 1 == mDataArray.UBound(2) + 1;
+}
+
 // Gives the blank last grid row that the trim left its data row back, counted as added. Any
 // other row is left alone.
 void gridcontrolPrivate::attachDataRow(qint32 gridRow)
 {
-    if (!mDataArray.isAssigned() || gridRow != flexgrid->Rows() - 1 || gridRow - 1 != mDataArray.UBound(2) + 1)
+    if (!isTrimmedRow(gridRow))
         return;
     mDataArray.redimPreserve(gridRow - 1);
     mRowStatusArray.resize(gridRow);
