@@ -1,9 +1,16 @@
 #include "printing/frmprint_p.h"
 
+#include "printing/formcontrols_p.h"
+#include "printing/keypressrule_p.h"
+#include "printing/outputoptions_p.h"
+
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/errorreporter.h>
 #include <PanelKestrin/field.h>
 #include <PanelKestrin/hostform.h>
+#include <PanelKestrin/keycodes.h>
+#include <PanelKestrin/reportengine.h>
+#include <PanelKestrin/sendkeys.h>
 #include <PanelKestrin/recordset.h>
 #include <PanelKestrin/reportparameters.h>
 #include <PanelKestrin/runtimeerror.h>
@@ -15,46 +22,23 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
 
 namespace PanelKestrin {
 
 namespace {
 
-// Sizes of the form as it loads, in twips.
+// Sizes of the form as it loads, in twips, and with the file option's taller frame.
 constexpr int kFormWidth = 6000;
 constexpr int kFormHeight = 4100;
+constexpr int kFormHeightForFile = 5100;
 constexpr int kFrame2Top = 1380;
-constexpr int kFrame2Height = 1110;
 constexpr int kFrame2Width = 5760;
 
 const QString kDateFormat = QStringLiteral("dd/MM/yyyy");
-
-// Places a control the way the form is designed: left, top, width and height in twips.
-void place(QWidget *w, int left, int top, int width, int height)
-{
-    w->setGeometry(TwipsToPixelsX(left, w), TwipsToPixelsY(top, w), TwipsToPixelsX(width, w),
-                   TwipsToPixelsY(height, w));
-}
-
-template <typename W>
-W *named(W *w, const char *name)
-{
-    w->setObjectName(QLatin1String(name));
-    return w;
-}
-
-QLabel *label(QWidget *parent, const char *name, const QString &caption, int left, int top, int width)
-{
-    QLabel *l = named(new QLabel(caption, parent), name);
-    place(l, left, top + 30, width, 255);
-    return l;
-}
 
 QDateEdit *datePicker(QWidget *parent, const char *name)
 {
@@ -83,97 +67,78 @@ frmprint::frmprint(QWidget *parent) : QDialog(parent)
     setObjectName(QStringLiteral("frmprint"));
     setWindowTitle(tr("Print Query Form"));
     setModal(true);
+    CrystalReport1 = new ReportEngine(this);
+    CrystalReport1->setObjectName(QStringLiteral("CrystalReport1"));
     createControls();
     resize(TwipsToPixelsX(kFormWidth, this), TwipsToPixelsY(kFormHeight, this));
+    // Key preview: the form sees every key before the control with the focus. Installed last,
+    // so it runs before the boxes' own key filters.
+    for (QWidget *w : findChildren<QWidget *>())
+        w->installEventFilter(this);
 }
+
+frmprint::~frmprint() = default;
 
 void frmprint::createControls()
 {
-    Label6 = label(this, "Label6", tr("Criteria For"), 120, 120, 1300);
+    Label6 = captionLabel(this, "Label6", tr("Criteria For"), 120, 120, 1300);
     CmbCriteria = named(new QComboBox(this), "CmbCriteria");
-    place(CmbCriteria, 1500, 120, 4380, 315);
+    placeInTwips(CmbCriteria, 1500, 120, 4380, 315);
 
-    Label7 = label(this, "Label7", tr("Group On"), 120, 540, 1300);
+    Label7 = captionLabel(this, "Label7", tr("Group On"), 120, 540, 1300);
     cmbfield = named(new QComboBox(this), "cmbfield");
-    place(cmbfield, 1500, 540, 4380, 315);
+    placeInTwips(cmbfield, 1500, 540, 4380, 315);
     connect(cmbfield, &QComboBox::activated, this, [this] {
         guardEvent(QStringLiteral("frmprint.cmbfield_Click"), [this] { cmbfield_Click(); });
     });
 
-    Label8 = label(this, "Label8", tr("From Range"), 120, 960, 1300);
+    Label8 = captionLabel(this, "Label8", tr("From Range"), 120, 960, 1300);
     txtfrom = named(new QLineEdit(this), "txtfrom");
-    place(txtfrom, 1500, 960, 1800, 315);
+    placeInTwips(txtfrom, 1500, 960, 1800, 315);
     DTPicker1 = datePicker(this, "DTPicker1");
-    place(DTPicker1, 1500, 960, 1800, 315);
-    Label9 = label(this, "Label9", tr("To Range"), 3420, 960, 800);
+    placeInTwips(DTPicker1, 1500, 960, 1800, 315);
+    Label9 = captionLabel(this, "Label9", tr("To Range"), 3420, 960, 800);
     txtto = named(new QLineEdit(this), "txtto");
-    place(txtto, 4080, 960, 1800, 315);
+    placeInTwips(txtto, 4080, 960, 1800, 315);
     DTPicker2 = datePicker(this, "DTPicker2");
-    place(DTPicker2, 4080, 960, 1800, 315);
+    placeInTwips(DTPicker2, 4080, 960, 1800, 315);
+    // The range boxes take digits only while the "Group On" field holds a number.
+    const KeyPressRule rangeRule = [this](qint16 KeyAscii) { return !rangeTakesDigitsOnly() || isDigitKey(KeyAscii); };
+    setKeyPressRule(txtfrom, QStringLiteral("frmprint.txtfrom_KeyPress"), rangeRule);
+    setKeyPressRule(txtto, QStringLiteral("frmprint.txtto_KeyPress"), rangeRule);
 
-    // Output options. The form opens with the screen layout: page boxes shown, copies, file
-    // and printer set-up hidden.
-    Frame2 = named(new QFrame(this), "Frame2");
-    Frame2->setFrameShape(QFrame::StyledPanel);
-    const char *const optionCaptions[] = {QT_TR_NOOP("Screen"), QT_TR_NOOP("Printer"), QT_TR_NOOP("File")};
-    for (int i = 0; i < 3; ++i) {
-        optoutput[i] = new QRadioButton(tr(optionCaptions[i]), Frame2);
-        optoutput[i]->setObjectName(QStringLiteral("optoutput_%1").arg(i));
-        place(optoutput[i], 120 + i * 1140, 180, 1080, 300);
-    }
-    optoutput[0]->setChecked(true);
-    cmdprintsetup = named(new QPushButton(tr("Printer &Setup..."), Frame2), "cmdprintsetup");
-    place(cmdprintsetup, 3660, 150, 1920, 360);
-    cmdprintsetup->hide();
-
-    Label2 = label(Frame2, "Label2", tr("From Page"), 120, 630, 900);
-    txtfrompage = named(new QLineEdit(Frame2), "txtfrompage");
-    place(txtfrompage, 1050, 630, 600, 315);
-    Label3 = label(Frame2, "Label3", tr("To Page"), 1800, 630, 750);
-    txttopage = named(new QLineEdit(Frame2), "txttopage");
-    place(txttopage, 2580, 630, 600, 315);
-    Label1 = label(Frame2, "Label1", tr("No. Of Copies"), 3330, 630, 1200);
-    txtnocopies = named(new QLineEdit(QStringLiteral("1"), Frame2), "txtnocopies");
-    place(txtnocopies, 4560, 630, 600, 315);
-    UpDown1 = named(new QScrollBar(Qt::Vertical, Frame2), "UpDown1");
-    place(UpDown1, 5160, 630, 255, 315);
-    // The spinner counts the copies in its buddy box; its up arrow counts up.
-    UpDown1->setRange(1, 999);
-    UpDown1->setInvertedAppearance(true);
-    UpDown1->setInvertedControls(true);
-    connect(UpDown1, &QScrollBar::valueChanged, txtnocopies,
-            [this](int value) { txtnocopies->setText(QString::number(value)); });
-
-    Label5 = label(Frame2, "Label5", tr("File Type"), 120, 1110, 900);
-    cmbfiletype = named(new QComboBox(Frame2), "cmbfiletype");
-    place(cmbfiletype, 1050, 1110, 1800, 315);
-    Label4 = label(Frame2, "Label4", tr("File Name"), 120, 1560, 900);
-    txtfilename = named(new QLineEdit(Frame2), "txtfilename");
-    place(txtfilename, 1050, 1560, 4050, 315);
-    cmdfilehelp = named(new QPushButton(QStringLiteral("..."), Frame2), "cmdfilehelp");
-    place(cmdfilehelp, 5160, 1560, 420, 315);
-    for (QWidget *w : {static_cast<QWidget *>(Label1), static_cast<QWidget *>(txtnocopies),
-                       static_cast<QWidget *>(UpDown1), static_cast<QWidget *>(Label5),
-                       static_cast<QWidget *>(cmbfiletype), static_cast<QWidget *>(Label4),
-                       static_cast<QWidget *>(txtfilename), static_cast<QWidget *>(cmdfilehelp)})
-        w->hide();
+    // Output options; the form opens with the screen layout.
+    Frame2 = new OutputOptions(true, kFrame2Width, this);
+    connect(Frame2, &OutputOptions::destinationChosen, this, [this](int Index) {
+        guardEvent(QStringLiteral("frmprint.optoutput_Click"), [this, Index] { optoutput_Click(Index); });
+    });
 
     cmdOK = named(new QPushButton(tr("&OK"), this), "cmdOK");
     cmdcancel = named(new QPushButton(tr("&CANCEL"), this), "cmdcancel");
     cmdOK->setAutoDefault(false);
     cmdcancel->setAutoDefault(false);
+    connect(cmdOK, &QPushButton::clicked, this,
+            [this] { guardEvent(QStringLiteral("frmprint.cmdOK_Click"), [this] { cmdOK_Click(); }); });
     connect(cmdcancel, &QPushButton::clicked, this, [this] {
         guardEvent(QStringLiteral("frmprint.cmdcancel_Click"), [this] { cmdcancel_Click(); });
     });
-    setFrame2Height(kFrame2Height);
+    setFrame2Height(OutputOptions::kCompactHeight);
 }
 
 // Frame2's height changes with the destination; the command buttons stay below it.
 void frmprint::setFrame2Height(int twips)
 {
-    place(Frame2, 120, kFrame2Top, kFrame2Width, twips);
-    place(cmdOK, 1500, kFrame2Top + twips + 180, 1260, 420);
-    place(cmdcancel, 3240, kFrame2Top + twips + 180, 1260, 420);
+    Frame2->move(TwipsToPixelsX(120, this), TwipsToPixelsY(kFrame2Top, this));
+    placeInTwips(cmdOK, 1500, kFrame2Top + twips + 180, 1260, 420);
+    placeInTwips(cmdcancel, 3240, kFrame2Top + twips + 180, 1260, 420);
+}
+
+// The file option needs the taller frame and form; screen and printer the compact ones.
+void frmprint::optoutput_Click(int Index)
+{
+    const bool file = Index == OutputOptions::File;
+    setFrame2Height(file ? OutputOptions::kFileHeightWithName : OutputOptions::kCompactHeight);
+    CallByName(this, QStringLiteral("Height"), VbLet, {file ? kFormHeightForFile : kFormHeight});
 }
 
 void frmprint::Load()
@@ -198,10 +163,7 @@ void frmprint::Form_Load()
 {
     const ReportParameters &block = reportParameters();
 
-    cmbfiletype->clear();
-    cmbfiletype->addItem(tr("Text File"));
-    cmbfiletype->addItem(tr(" Doc File"));
-    cmbfiletype->setCurrentIndex(0);
+    Frame2->fillFileTypes();
 
     // "Group On": one item per caption; item i stands for field i of sortfields.
     fieldlist = Split(block.sortfields, QStringLiteral(","));
@@ -231,7 +193,8 @@ void frmprint::Form_Load()
         CmbCriteria->setEnabled(false);
     }
 
-    setFrame2Height(kFrame2Height);
+    Frame2->resetLayout();
+    setFrame2Height(OutputOptions::kCompactHeight);
     CallByName(this, QStringLiteral("Height"), VbLet, {kFormHeight});
 }
 
@@ -262,10 +225,49 @@ void frmprint::cmdcancel_Click()
         Form_Unload();
 }
 
-// Unloading forgets what the form showed; the next Print loads it from the block again.
+// Unloading forgets what the form showed and releases the report's recordset and connection;
+// the next Print loads it from the block again.
 void frmprint::Form_Unload()
 {
     m_loaded = false;
+    m_reportRecordset.reset();
+    m_connection.reset();
+}
+
+bool frmprint::rangeTakesDigitsOnly() const
+{
+    Recordset *rs = reportParameters().srset;
+    if (!rs)
+        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
+                                                + QStringLiteral(": srset"),
+                           QStringLiteral("frmprint"));
+    // Without a current record there is no value to go by.
+    if (rs->BOF() || rs->adoEOF())
+        return false;
+    const QVariant value = rs->Fields().Item(grpfield).Value();
+    return !isNull(value) && IsNumeric(value);
+}
+
+// Down and Enter go to the next control, Up to the previous one; the key itself still reaches
+// the control.
+void frmprint::Form_KeyDown(qint16 KeyCode, qint16 Shift)
+{
+    Q_UNUSED(Shift)
+    if (KeyCode == vbKeyDown || KeyCode == vbKeyReturn)
+        SendKeys(QStringLiteral("{tab}"));
+    else if (KeyCode == vbKeyUp)
+        SendKeys(QStringLiteral("+{tab}"));
+}
+
+bool frmprint::eventFilter(QObject *watched, QEvent *event)
+{
+    // A key a control leaves unhandled travels on to its parents; it counts once, where it began.
+    if (event->type() == QEvent::KeyPress && watched == QApplication::focusWidget()) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        guardEvent(QStringLiteral("frmprint.Form_KeyDown"),
+                   [&] { Form_KeyDown(KeyCodeFromEvent(key), ShiftFromEvent(key)); });
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void frmprint::closeEvent(QCloseEvent *event)

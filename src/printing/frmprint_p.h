@@ -4,22 +4,31 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <memory>
+
 class QComboBox;
 class QDateEdit;
-class QFrame;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QRadioButton;
-class QScrollBar;
 
 namespace PanelKestrin {
+
+class Connection;
+class OutputOptions;
+class Recordset;
+struct ReportFilterInput;
 
 // The print query form ("Print Query Form") that a toolbar's Print button opens. It narrows
 // the report before it runs: a value from "Criteria For", the field to group and sort on
 // ("Group On"), and a from/to range on that field (two text boxes, or two date pickers for a
 // date field), with the output options below in Frame2. Everything it shows comes from the
 // shared report parameter block; nothing is passed to it.
+//
+// OK checks the range and runs the report: with ReportToPrint "D" the data report over an SQL
+// statement built from the choices (RunDataReport), otherwise the report engine CrystalReport1
+// with a selection formula, driven by member name. Screen output leaves the form open for
+// another query; printer and file output close it.
 //
 // One form serves the whole process. It is loaded on demand (Load runs Form_Load, which fills
 // the lists from the block) and unloaded when it closes, so the next Print loads it afresh.
@@ -38,11 +47,13 @@ public:
     bool isLoaded() const { return m_loaded; }
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void done(int result) override;
 
 private:
     explicit frmprint(QWidget *parent = nullptr);
+    ~frmprint() override;
 
     void createControls();
     void setFrame2Height(int twips);
@@ -50,12 +61,31 @@ private:
     void Form_Unload();
     void cmbfield_Click();
     void cmdcancel_Click();
+    void cmdOK_Click();
+    void optoutput_Click(int Index);
+    void Form_KeyDown(qint16 KeyCode, qint16 Shift);
+    // Whether the "Group On" field's value in srset's current record is a number: the range
+    // boxes then take digits only.
+    bool rangeTakesDigitsOnly() const;
+    // Validation of OK; false when a message stopped the run. rangeIcon: the icon of the range
+    // message.
+    bool validateRange(int rangeIcon);
+    ReportFilterInput filterInput() const;
+    void runEngineReport();
+    void RunDataReport();
+    void unloadAfterOutput();
     // fieldlist(index): the field name behind "Group On" item index (error 9 outside it).
     QString fieldAt(int index) const;
 
     bool m_loaded = false;
     QStringList fieldlist;
     QString grpfield;
+    // The SQL path's connection and the data report's recordset, replaced on every run and
+    // released when the form unloads.
+    std::unique_ptr<Connection> m_connection;
+    std::unique_ptr<Recordset> m_reportRecordset;
+    // The report engine of the engine path, driven by member name only.
+    QObject *CrystalReport1;
 
     QLabel *Label6;
     QComboBox *CmbCriteria;
@@ -67,21 +97,7 @@ private:
     QLabel *Label9;
     QLineEdit *txtto;
     QDateEdit *DTPicker2;
-    QFrame *Frame2;
-    QRadioButton *optoutput[3];
-    QLabel *Label2;
-    QLineEdit *txtfrompage;
-    QLabel *Label3;
-    QLineEdit *txttopage;
-    QLabel *Label1;
-    QLineEdit *txtnocopies;
-    QScrollBar *UpDown1;
-    QLabel *Label5;
-    QComboBox *cmbfiletype;
-    QLabel *Label4;
-    QLineEdit *txtfilename;
-    QPushButton *cmdfilehelp;
-    QPushButton *cmdprintsetup;
+    OutputOptions *Frame2;
     QPushButton *cmdOK;
     QPushButton *cmdcancel;
 };
