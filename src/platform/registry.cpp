@@ -1,5 +1,7 @@
 #include <PanelKestrin/registry.h>
 
+#include "platform/regionalsettings_p.h"
+
 #ifndef Q_OS_WIN
 #include <QSettings>
 #include <QStandardPaths>
@@ -63,6 +65,7 @@ void SetRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName, c
     RegSetValueExA(key, sValueName.toLocal8Bit().constData(), 0, REG_SZ,
                    reinterpret_cast<const BYTE *>(data.constData()), DWORD(data.size() + 1));
     RegCloseKey(key);
+    regionalSettingsChanged();
 }
 
 void DeleteRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName)
@@ -72,6 +75,7 @@ void DeleteRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName
         return;
     RegDeleteValueA(key, sValueName.toLocal8Bit().constData());
     RegCloseKey(key);
+    regionalSettingsChanged();
 }
 
 #else
@@ -117,12 +121,11 @@ QString storeKey(QSettings &store, HKEY hKey, const QString &subKey, const QStri
     return path.join(QLatin1Char('/'));
 }
 
-bool isDateSeparatorValue(HKEY hKey, const QString &subKey, const QString &valueName)
+bool isInternationalKey(HKEY hKey, const QString &subKey)
 {
     return hKey == HKEY_CURRENT_USER
         && subKey.split(QLatin1Char('\\'), Qt::SkipEmptyParts).join(QLatin1Char('/')).compare(
-               QLatin1String("Control Panel/International"), Qt::CaseInsensitive) == 0
-        && valueName.compare(QLatin1String("sDate"), Qt::CaseInsensitive) == 0;
+               QLatin1String("Control Panel/International"), Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
@@ -139,8 +142,8 @@ QString GetRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName
     const QString key = storeKey(store, hKey, sSubKey, sValueName);
     if (store.contains(key))
         return store.value(key).toString();
-    if (isDateSeparatorValue(hKey, sSubKey, sValueName))
-        return localeDateSeparator();
+    if (isInternationalKey(hKey, sSubKey))
+        return internationalDefault(sValueName);
     return QString();
 }
 
@@ -149,6 +152,7 @@ void SetRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName, c
     QSettings store(RegistryStoreFileName(), QSettings::IniFormat);
     store.setValue(storeKey(store, hKey, sSubKey, sValueName), sValue);
     store.sync();
+    regionalSettingsChanged();
 }
 
 void DeleteRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName)
@@ -156,6 +160,7 @@ void DeleteRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName
     QSettings store(RegistryStoreFileName(), QSettings::IniFormat);
     store.remove(storeKey(store, hKey, sSubKey, sValueName));
     store.sync();
+    regionalSettingsChanged();
 }
 
 #endif

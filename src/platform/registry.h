@@ -27,8 +27,10 @@ namespace PanelKestrin {
 // value or one of at most one byte (just the terminating zero) gives "". Elsewhere from the
 // per-user settings store (see RegistryStoreFileName), where a sub-key "\A\B" is the group
 // "A/B" under a group named after the root key, and names match case-insensitively as
-// registry names do. There, HKEY_CURRENT_USER "\Control Panel\International" "sDate" (the
-// user's date separator) defaults to localeDateSeparator() while the store holds no value.
+// registry names do. There, the user's regional settings under HKEY_CURRENT_USER
+// "\Control Panel\International" come from the user's locale while the store holds no value:
+// "sDate" (the date separator, localeDateSeparator()), "sShortDate" (the short-date pattern,
+// its year four digits; "MM/dd/yyyy" for the C locale) and "sDecimal" (the decimal separator).
 PANELKESTRIN_EXPORT QString GetRegValue(HKEY hKey, const QString &sSubKey, const QString &sValueName);
 
 // Writes a string value (creating the key) and removes one; hosts and tests use these to set

@@ -2,7 +2,9 @@
 
 #include <PanelKestrin/runtimeerror.h>
 
+#include "platform/regionalsettings_p.h"
 #include "shared/conversions_p.h"
+#include "shared/datepattern_p.h"
 #include "shared/datetext_p.h"
 #include "shared/numbertext_p.h"
 #include "shared/variantkind_p.h"
@@ -45,9 +47,9 @@ QString twoDigits(int n)
     return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
 }
 
-// mm/dd/yyyy. Grids convert every date they load, so the common four-digit year is written
+// mm/dd/yyyy. Grids convert every date they show, so the common four-digit year is written
 // character by character.
-QString dateText(const QDate &date)
+QString monthFirstDateText(const QDate &date)
 {
     const int year = date.year();
     if (year < 0 || year > 9999)
@@ -62,14 +64,29 @@ QString dateText(const QDate &date)
     return QString(text, 10);
 }
 
+bool isMonthFirstPattern(const QString &pattern)
+{
+    return pattern.compare(QLatin1String("MM/dd/yyyy"), Qt::CaseInsensitive) == 0;
+}
+
+// A date in the user's short-date pattern.
+QString dateText(const QDate &date)
+{
+    const QString &pattern = regionalSettings().shortDate;
+    if (isMonthFirstPattern(pattern))
+        return monthFirstDateText(date);
+    return formatDate({date, QTime(0, 0)}, pattern);
+}
+
 QString timeText(const QTime &time)
 {
     return QStringLiteral("%1:%2:%3").arg(twoDigits(time.hour()), twoDigits(time.minute()), twoDigits(time.second()));
 }
 
-// Shortest text of x with at most `digits` significant digits; exponent form (with at least
-// two exponent digits) for very large and very small magnitudes, as "%.*g" chooses it.
-QString numberText(double x, int digits)
+// Shortest text of x with at most `digits` significant digits and the given decimal
+// separator; exponent form (with at least two exponent digits) for very large and very small
+// magnitudes, as "%.*g" chooses it.
+QString numberText(double x, int digits, const QString &decimal)
 {
     if (!std::isfinite(x))
         raiseOverflow("CStr");
@@ -81,7 +98,10 @@ QString numberText(double x, int digits)
     for (char *c = text; c != written.ptr; ++c)
         if (*c == 'e')
             *c = 'E';
-    return QString::fromLatin1(text, int(written.ptr - text));
+    QString result = QString::fromLatin1(text, int(written.ptr - text));
+    if (decimal != QLatin1String("."))
+        result.replace(QLatin1Char('.'), decimal);
+    return result;
 }
 
 // The Double value of anything that converts to a number.
@@ -128,6 +148,42 @@ double roundedWhole(const QVariant &v, const char *function, double lowest, doub
     return rounded;
 }
 
+QString textWithDecimal(const QVariant &Expression, const QString &decimal)
+{
+    const VariantKind kind = variantKind(Expression);
+    switch (kind) {
+    case VariantKind::Empty:
+        return QString();
+    case VariantKind::Null:
+        raiseNull("CStr");
+    case VariantKind::Boolean:
+        return Expression.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    case VariantKind::Integer:
+        if (Expression.metaType().id() == QMetaType::ULongLong)
+            return QString::number(Expression.toULongLong());
+        return QString::number(Expression.toLongLong());
+    case VariantKind::Single:
+        return numberText(double(Expression.toFloat()), 7, decimal);
+    case VariantKind::Double:
+        return numberText(Expression.toDouble(), 15, decimal);
+    case VariantKind::Date:
+        return dateText(Expression.toDate());
+    case VariantKind::DateTime: {
+        const QDateTime dt = Expression.toDateTime();
+        if (dt.time() == QTime(0, 0))
+            return dateText(dt.date());
+        return dateText(dt.date()) + QLatin1Char(' ') + timeText(dt.time());
+    }
+    case VariantKind::Time:
+        return timeText(Expression.toTime());
+    case VariantKind::String:
+        return Expression.toString();
+    case VariantKind::Other:
+        break;
+    }
+    raiseMismatch("CStr", Expression);
+}
+
 } // namespace
 
 double Val(const QString &String)
@@ -146,7 +202,12 @@ double Val(const QString &String)
 
 double Val(const QVariant &Expression)
 {
-    return Val(CStr(Expression));
+    return Val(pointText(Expression));
+}
+
+DateOrder userDateOrder()
+{
+    return regionalSettings().dayFirst() ? DateOrder::DayFirst : DateOrder::MonthFirst;
 }
 
 bool hasTextForm(const QVariant &value)
@@ -166,38 +227,13 @@ bool hasTextForm(const QVariant &value)
 
 QString CStr(const QVariant &Expression)
 {
-    const VariantKind kind = variantKind(Expression);
-    switch (kind) {
-    case VariantKind::Empty:
-        return QString();
-    case VariantKind::Null:
-        raiseNull("CStr");
-    case VariantKind::Boolean:
-        return Expression.toBool() ? QStringLiteral("True") : QStringLiteral("False");
-    case VariantKind::Integer:
-        if (Expression.metaType().id() == QMetaType::ULongLong)
-            return QString::number(Expression.toULongLong());
-        return QString::number(Expression.toLongLong());
-    case VariantKind::Single:
-        return numberText(double(Expression.toFloat()), 7);
-    case VariantKind::Double:
-        return numberText(Expression.toDouble(), 15);
-    case VariantKind::Date:
-        return dateText(Expression.toDate());
-    case VariantKind::DateTime: {
-        const QDateTime dt = Expression.toDateTime();
-        if (dt.time() == QTime(0, 0))
-            return dateText(dt.date());
-        return dateText(dt.date()) + QLatin1Char(' ') + timeText(dt.time());
-    }
-    case VariantKind::Time:
-        return timeText(Expression.toTime());
-    case VariantKind::String:
-        return Expression.toString();
-    case VariantKind::Other:
-        break;
-    }
-    raiseMismatch("CStr", Expression);
+    return textWithDecimal(Expression, regionalSettings().decimal);
+}
+
+QString pointText(const QVariant &value)
+{
+    static const QString point = QStringLiteral(".");
+    return textWithDecimal(value, point);
 }
 
 qint16 CInt(const QVariant &Expression)
@@ -248,7 +284,7 @@ bool IsDate(const QVariant &Expression)
         return true;
     case VariantKind::String: {
         DateTimeParts parts;
-        return parseDateText(Expression.toString(), &parts);
+        return parseDateText(Expression.toString(), &parts, userDateOrder());
     }
     default:
         return false;
@@ -270,7 +306,7 @@ QDate CDate(const QVariant &Expression)
         return Expression.toDateTime().date();
     case VariantKind::String: {
         DateTimeParts parts;
-        if (!parseDateText(Expression.toString(), &parts))
+        if (!parseDateText(Expression.toString(), &parts, userDateOrder()))
             raiseMismatch("CDate", Expression);
         return parts.date;
     }

@@ -36,7 +36,7 @@ int fullYear(int year)
     return year < 30 ? 2000 + year : 1900 + year;
 }
 
-bool parseDatePart(QStringView text, QDate *date)
+bool parseDatePart(QStringView text, DateOrder order, QDate *date)
 {
     QList<QStringView> parts;
     int start = 0;
@@ -59,8 +59,9 @@ bool parseDatePart(QStringView text, QDate *date)
         month = parts.at(1).toInt();
         day = parts.at(2).toInt();
     } else {
-        month = parts.at(0).toInt();
-        day = parts.at(1).toInt();
+        const bool dayFirst = order == DateOrder::DayFirst;
+        day = parts.at(dayFirst ? 0 : 1).toInt();
+        month = parts.at(dayFirst ? 1 : 0).toInt();
         year = parts.at(2).toInt();
         if (month > 12 && day <= 12)
             std::swap(month, day);
@@ -116,7 +117,7 @@ bool parseTimePart(QStringView text, QTime *time)
 
 } // namespace
 
-bool parseDateText(QStringView text, DateTimeParts *out)
+bool parseDateText(QStringView text, DateTimeParts *out, DateOrder order)
 {
     const QStringView trimmed = text.trimmed();
     if (trimmed.isEmpty())
@@ -131,7 +132,7 @@ bool parseDateText(QStringView text, DateTimeParts *out)
         if (!parseTimePart(trimmed, &parts.time))
             return false;
     } else {
-        if (!parseDatePart(first, &parts.date))
+        if (!parseDatePart(first, order, &parts.date))
             return false;
         if (blank >= 0 && !parseTimePart(trimmed.mid(blank + 1).trimmed(), &parts.time))
             return false;

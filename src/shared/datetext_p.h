@@ -15,13 +15,16 @@ struct DateTimeParts {
 // The zero of the classic Date type: 12/30/1899, serial number 0.
 inline QDate zeroDate() { return QDate(1899, 12, 30); }
 
-// Reads a date text: three numeric parts separated by "/", "-" or ".", month first
-// (m/d/y) unless the month is over 12 and the day is not (then day first); a first part of
-// three or four digits makes it year first (yyyy-mm-dd). Years below 100 are two-digit
-// years: 00-29 are 20xx, 30-99 19xx. An optional time "h:mm[:ss] [AM|PM]" may follow after a
-// blank; a time alone is a time on the zero date. False for anything that is not a possible
-// date in the years 100 to 9999.
-bool parseDateText(QStringView text, DateTimeParts *out);
+// Which of day and month a date text of three numbers names first when both could be either.
+enum class DateOrder { MonthFirst, DayFirst };
+
+// Reads a date text: three numeric parts separated by "/", "-" or ".", in the given order
+// (m/d/y or d/m/y) unless that makes an impossible month and the other order does not; a
+// first part of three or four digits makes it year first (yyyy-mm-dd). Years below 100 are
+// two-digit years: 00-29 are 20xx, 30-99 19xx. An optional time "h:mm[:ss] [AM|PM]" may
+// follow after a blank; a time alone is a time on the zero date. False for anything that is
+// not a possible date in the years 100 to 9999.
+bool parseDateText(QStringView text, DateTimeParts *out, DateOrder order = DateOrder::MonthFirst);
 
 // The classic serial number: whole days since the zero date; the fraction is the time of day
 // (for dates before the zero date the fraction is subtracted: -1.25 is 12/29/1899 06:00).

@@ -3,6 +3,7 @@
 #include <PanelKestrin/variantmatrix.h>
 
 #include "errornumber.h"
+#include "regionaltestsupport.h"
 
 #include <QtTest>
 
@@ -24,12 +25,18 @@ private slots:
     void dates();
     void calls_data();
     void calls();
+
+private:
+    RegionalTest::Scope regional;
 };
 
 void tst_conversions::initTestCase()
 {
-    // A host running with a comma as the decimal point must read and write "." all the same.
+    // A host whose locale writes a comma as the decimal point reads "." all the same; what is
+    // written here is the classic month-first form of settings with ".", which the user's
+    // regional settings change (tst_regionalsettings).
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    regional.set(RegionalTest::classic());
 }
 
 // Val reads the number a text starts with; IsNumeric and CDbl take the whole text or nothing.

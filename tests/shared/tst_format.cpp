@@ -3,6 +3,7 @@
 #include <PanelKestrin/variantmatrix.h>
 
 #include "errornumber.h"
+#include "regionaltestsupport.h"
 
 #include <QtTest>
 
@@ -17,12 +18,18 @@ private slots:
     void format_data();
     void format();
     void typeMismatch();
+
+private:
+    RegionalTest::Scope regional;
 };
 
 void tst_format::initTestCase()
 {
-    // Names and separators must not follow the user's language.
+    // Names and separators must not follow the user's language. A pattern is written as it
+    // stands; only dates typed as text and the general form follow the regional settings, here
+    // the classic month-first ones with "." (tst_regionalsettings covers the others).
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    regional.set(RegionalTest::classic());
 }
 
 void tst_format::format_data()
