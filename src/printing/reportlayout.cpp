@@ -3,6 +3,7 @@
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QImage>
 
@@ -53,17 +54,17 @@ ReportBand &ReportBand::addText(const QFont &font, const QString &text, Qt::Alig
     return *this;
 }
 
-ReportBand &ReportBand::addLine(const QFont &font, const QVector<ReportCell> &cells)
+ReportBand &ReportBand::addLine(const QFont &font, QVector<ReportCell> cells)
 {
     Element e;
     e.kind = Element::Text;
     e.font = font;
-    e.cells = cells;
+    e.cells = std::move(cells);
     for (ReportCell &cell : e.cells) {
         cell.text.replace(u'\n', u' ');
         cell.text.remove(u'\r');
     }
-    m_elements.append(e);
+    m_elements.append(std::move(e));
     return *this;
 }
 
@@ -113,6 +114,9 @@ struct ReportPaginator::Private
         QFontMetricsF metrics;
         qreal ascent;      // points
         qreal lineHeight;  // points
+        bool fixedPitch;
+        // Advances in device dots of the characters from U+0020 on measured so far (0: not yet).
+        QVector<qreal> advances;
     };
     // A run whose text holds page tokens, resolved once the page count is known.
     struct TokenRun
@@ -139,14 +143,53 @@ struct ReportPaginator::Private
     qreal y = 0;
     qreal bodyBottom = 0;
 
+    // The band lines of a report come in one or two fonts, each usually one shared QFont; the
+    // last one asked for is remembered so that comparing it is a pointer comparison.
+    QFont lastFont;
+    int lastFontIndex = -1;
+
     int fontIndex(const QFont &font)
     {
+        if (lastFontIndex >= 0 && font == lastFont)
+            return lastFontIndex;
         const int index = doc.addFont(font);
         while (metrics.size() < doc.fonts.size()) {
-            const QFontMetricsF fm(doc.fonts.at(metrics.size()), &device);
-            metrics.append({fm, fm.ascent() * toPoints, fm.lineSpacing() * toPoints});
+            const QFont &added = doc.fonts.at(metrics.size());
+            const QFontMetricsF fm(added, &device);
+            metrics.append({fm, fm.ascent() * toPoints, fm.lineSpacing() * toPoints,
+                            QFontInfo(QFont(added, &device)).fixedPitch(), {}});
         }
+        lastFont = font;
+        lastFontIndex = index;
         return index;
+    }
+
+    // The width of text in points. Padded columns of Latin text in a fixed-pitch font are most
+    // of a report: such text is one glyph per character without kerning, so its width is the sum
+    // of its characters' advances, each measured once. Anything else is shaped in full.
+    qreal textWidth(Metrics &m, const QString &text)
+    {
+        constexpr char16_t first = 0x20, end = 0x300; // up to the combining marks
+        if (m.fixedPitch) {
+            qreal dots = 0;
+            bool simple = true;
+            for (const QChar c : text) {
+                const char16_t u = c.unicode();
+                if (u < first || u >= end || u == 0x7f) {
+                    simple = false;
+                    break;
+                }
+                if (m.advances.isEmpty())
+                    m.advances.fill(0, end - first);
+                qreal &advance = m.advances[u - first];
+                if (advance == 0)
+                    advance = m.metrics.horizontalAdvance(c);
+                dots += advance;
+            }
+            if (simple)
+                return dots * toPoints;
+        }
+        return m.metrics.horizontalAdvance(text) * toPoints;
     }
 
     qreal elementHeight(const ReportBand::Element &e)
@@ -179,7 +222,7 @@ struct ReportPaginator::Private
             page.rules.append({QLineF(content.left(), ly, content.right(), ly), e.thickness});
         } else if (e.kind == ReportBand::Element::Text) {
             const int font = fontIndex(e.font);
-            const Metrics &m = metrics.at(font);
+            Metrics &m = metrics[font];
             for (const ReportCell &cell : e.cells) {
                 if (cell.text.isEmpty())
                     continue;
@@ -190,10 +233,10 @@ struct ReportPaginator::Private
                 run.font = font;
                 run.text = cell.text;
                 run.baseline = y + m.ascent;
-                run.width = m.metrics.horizontalAdvance(run.text) * toPoints;
+                run.width = textWidth(m, run.text);
                 if (tokens && run.text.contains(u'%'))
                     tokenRuns.append({int(doc.pages.size()) - 1, int(page.texts.size()), run.text});
-                page.texts.append(run);
+                page.texts.append(std::move(run));
             }
         }
         y += h;
@@ -388,7 +431,7 @@ ReportDocument ReportPaginator::finish()
     for (const auto &t : std::as_const(d->tokenRuns)) {
         ReportTextRun &run = d->doc.pages[t.page].texts[t.run];
         run.text = resolvePageTokens(t.text, t.page + 1, pages);
-        run.width = d->metrics.at(run.font).metrics.horizontalAdvance(run.text) * d->toPoints;
+        run.width = d->textWidth(d->metrics[run.font], run.text);
     }
     d->tokenRuns.clear();
     return std::move(d->doc);

@@ -39,7 +39,7 @@ public:
     ReportBand &addText(const QFont &font, const QString &text,
                         Qt::Alignment alignment = Qt::AlignLeft);
     // A line made of positioned cells (columns) in one font.
-    ReportBand &addLine(const QFont &font, const QVector<ReportCell> &cells);
+    ReportBand &addLine(const QFont &font, QVector<ReportCell> cells);
     // A horizontal rule across the page with spaceAround points above and below it.
     ReportBand &addRule(qreal spaceAround = 2, qreal thickness = 0.5);
     ReportBand &addSpace(qreal points);

@@ -2,6 +2,8 @@
 
 #include <PanelKestrin/runtimeerror.h>
 
+#include <QFontMetricsF>
+#include <QImage>
 #include <QPrinter>
 
 using namespace ReportTest;
@@ -66,6 +68,8 @@ private slots:
     void groupsStayWithTheirLines();
     void pageTokens_data();
     void pageTokens();
+    void textIsMeasuredAsItIsDrawn_data();
+    void textIsMeasuredAsItIsDrawn();
     void paperFromThePrinter_data();
     void paperFromThePrinter();
     void bandsTallerThanAPageAreSplit();
@@ -175,6 +179,43 @@ void tst_ReportLayout::pageTokens_data()
     QTest::newRow("page of pages") << "Page %p of %P" << "x" << "Page 3 of 3" << "x";
     QTest::newRow("percent signs") << "%p/%P 100%% %q %" << "x" << "3/3 100% %q %" << "x";
     QTest::newRow("data keeps its tokens") << "%p" << "50%p %P" << "3" << "50%p %P";
+}
+
+void tst_ReportLayout::textIsMeasuredAsItIsDrawn_data()
+{
+    QTest::addColumn<QFont>("font");
+    QTest::addColumn<QString>("text");
+    const QFont fixed = fixedPitchReportFont(10);
+    const QFont proportional = proportionalFont(10, false);
+    QTest::newRow("padded columns") << fixed << QStringLiteral("  1042  Widget, large      1,234.50  yes");
+    QTest::newRow("accented Latin") << fixed << QStringLiteral("Cr\u00e8me br\u00fbl\u00e9e \u00c5ngstr\u00f6m \u00df");
+    QTest::newRow("combining mark") << fixed << QStringLiteral("e\u0301te\u0301");
+    QTest::newRow("Greek and CJK") << fixed << QStringLiteral("\u03b1\u03b2\u03b3 \u65e5\u672c");
+    QTest::newRow("tab and DEL") << fixed << QStringLiteral("a\tb\u007fc");
+    QTest::newRow("blank line") << fixed << QStringLiteral("   ");
+    QTest::newRow("proportional font") << proportional << QStringLiteral("AVA Wave Total: 1,234.50");
+}
+
+// Every run's width is what the font's own shaping gives at the layout's resolution, whichever
+// way the paginator got there, so right-aligned and centred text lands where it is drawn.
+void tst_ReportLayout::textIsMeasuredAsItIsDrawn()
+{
+    QFETCH(QFont, font);
+    QFETCH(QString, text);
+    constexpr int resolution = 1200;
+    ReportPaginator paginator(ReportPageSetup(), resolution);
+    // The same line twice: the second is measured from what the first one taught.
+    paginator.addDetail(ReportBand().addText(font, text).addText(font, text));
+    const ReportDocument doc = paginator.finish();
+    QImage device(1, 1, QImage::Format_ARGB32);
+    device.setDotsPerMeterX(qRound(resolution / 0.0254));
+    device.setDotsPerMeterY(qRound(resolution / 0.0254));
+    const qreal expected = QFontMetricsF(font, &device).horizontalAdvance(text) * 72.0 / resolution;
+    const QVector<ReportTextRun> &runs = doc.pages.at(0).texts;
+    QCOMPARE(runs.size(), 2);
+    for (const ReportTextRun &run : runs)
+        QVERIFY2(qAbs(run.width - expected) < 1e-6,
+                 qPrintable(QStringLiteral("%1 points, shaped %2").arg(run.width).arg(expected)));
 }
 
 void tst_ReportLayout::pageTokens()
