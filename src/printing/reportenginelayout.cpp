@@ -7,6 +7,8 @@
 #include <QFontMetricsF>
 #include <QImage>
 
+#include <algorithm>
+
 namespace PanelKestrin {
 
 namespace {
@@ -50,12 +52,18 @@ ReportEngineLayout::ReportEngineLayout(ReportDefinition definition, ReportRows r
     m_bold = m_font;
     m_bold.setBold(true);
     const qreal character = characterWidth(m_font);
+    QStringList summed = m_definition.totals;
+    for (const ReportGroupDefinition &group : m_definition.groups)
+        summed += group.subtotals;
     qreal x = 0;
     for (int i = 0; i < m_definition.columns.size(); ++i) {
         const ReportColumnDefinition &column = m_definition.columns.at(i);
         const int field = m_rows.requireField(column.field, QStringLiteral("column %1").arg(i + 1), m_definition.fileName);
         const qreal width = column.widthInPoints ? column.width : column.width * character;
-        m_columns.append({field, x, width});
+        const bool isSummed = std::any_of(summed.cbegin(), summed.cend(), [&](const QString &name) {
+            return m_definition.columnIndex(name) == i;
+        });
+        m_columns.append({field, x, width, isSummed});
         x += width + character;
     }
     for (const ReportGroupDefinition &group : m_definition.groups)
@@ -83,6 +91,7 @@ std::unique_ptr<ReportPaginator> ReportEngineLayout::createPaginator(const Repor
 QVector<ReportCell> ReportEngineLayout::cells(const QVector<QString> &texts) const
 {
     QVector<ReportCell> result;
+    result.reserve(m_columns.size());
     for (int i = 0; i < m_columns.size(); ++i)
         result.append({texts.at(i), m_columns.at(i).x, m_columns.at(i).width, m_definition.columns.at(i).alignment});
     return result;
@@ -161,9 +170,12 @@ bool ReportEngineLayout::feed(ReportPaginator &paginator)
         openGroups(paginator, changed, row);
 
         QVector<QString> texts;
+        texts.reserve(m_columns.size());
         for (int c = 0; c < m_columns.size(); ++c) {
             const QVariant &value = row.at(m_columns.at(c).field);
             texts.append(columnText(c, value));
+            if (!m_columns.at(c).summed)
+                continue;
             const double number = numberOf(value);
             m_totals[c] += number;
             for (QVector<double> &sums : m_groupSums)

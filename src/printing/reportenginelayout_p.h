@@ -30,6 +30,7 @@ private:
         int field;    // index into the rows' fields
         qreal x;      // points from the left margin
         qreal width;  // points
+        bool summed;  // a total or a group subtotal adds it up
     };
 
     QVector<ReportCell> cells(const QVector<QString> &texts) const;

@@ -34,13 +34,15 @@ QStringList reportPageTextLines(const ReportDocument &document, int pageIndex)
             const QLineF &l = line.rule->line;
             const int from = column(std::min(l.x1(), l.x2()));
             const int to = column(std::max(l.x1(), l.x2()));
-            text = QString(from, u' ') + QString(std::max(1, to - from), u'-');
+            text.resize(from, u' ');
+            text.resize(from + std::max(1, to - from), u'-');
         }
         for (const ReportTextRun *run : line.runs) {
             int at = column(run->left());
             if (at < text.size())
                 at = text.isEmpty() ? 0 : int(text.size()) + 1;
-            text += QString(at - text.size(), u' ') + run->text;
+            text.resize(at, u' ');
+            text += run->text;
         }
         while (text.endsWith(u' '))
             text.chop(1);
