@@ -13,7 +13,9 @@
 #include <PanelKestrin/registry.h>
 #include <PanelKestrin/runtimeerror.h>
 
+#include <QApplication>
 #include <QDate>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QFile>
 #include <QStandardPaths>
@@ -47,6 +49,7 @@ private slots:
     void exportRefused_data();
     void exportRefused();
     void previewColumnsAligned();
+    void modelessShowOutlivesItsReport();
     void printed();
     void missingLineField();
 
@@ -241,6 +244,32 @@ void tst_DataReport1::previewColumnsAligned()
         QCOMPARE(nameColumns.size(), 1);
     }
     QCOMPARE(lines, LineCount);
+}
+
+// Show 0 opens the preview beside the host's forms and returns at once: no modal run, the
+// layout goes on while the host works, the window outlives the report object and the
+// recordset it came from, and closing it frees it.
+void tst_DataReport1::modelessShowOutlivesItsReport()
+{
+    int modalRuns = 0;
+    setModalRunner([&](QDialog *) { return ++modalRuns, 0; });
+    QPointer<ReportPreview> preview;
+    {
+        auto recordset = open();
+        DataReport1 report(recordset.get());
+        report.Show(0);
+        for (QWidget *window : QApplication::topLevelWidgets())
+            if (auto *candidate = qobject_cast<ReportPreview *>(window); candidate && candidate->isVisible())
+                preview = candidate;
+    }
+    QVERIFY(preview);
+    QCOMPARE(modalRuns, 0);
+    QVERIFY(!preview->isModal());
+    QTRY_VERIFY(!preview->isLayingOut());
+    QVERIFY(preview->pageCount() >= 3);
+    QVERIFY(reportPageTextLines(preview->document(), 0).join(u'\n').contains(QLatin1String("STOCK LIST")));
+    QTest::keyClick(preview, Qt::Key_Escape);
+    QTRY_VERIFY(!preview);
 }
 
 // PrintReport without its dialog prints the range asked for on the default queue, each page
