@@ -3,6 +3,7 @@
 #include <PanelKestrin/gridcontrol.h>
 
 #include "grid/gridcontrol_p.h"
+#include "grid/gridvalues_p.h"
 
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/dialog.h>
@@ -16,10 +17,10 @@
 namespace PanelKestrin {
 
 namespace {
-// The text a value is searched by; a missing value has none.
+// The text a value is searched by: the one its cell shows; a missing value has none.
 QString searchText(const QVariant &value)
 {
-    return isNull(value) ? QString() : UCase(CStr(value));
+    return UCase(cellTextOrEmpty(value));
 }
 } // namespace
 

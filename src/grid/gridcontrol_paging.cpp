@@ -22,7 +22,7 @@ void gridcontrol::PopulateGrid()
     // Null is not turned into "" here (unlike MakeStruct): converting it fails.
     for (int c = 0; c <= d->mDataArray.UBound(1); ++c)
         for (int r = 0; r <= d->mDataArray.UBound(2); ++r)
-            d->flexgrid->setTextMatrix(r + 1, c + 1, CStr(std::as_const(d->mDataArray)(c, r)));
+            d->flexgrid->setTextMatrix(r + 1, c + 1, cellText(std::as_const(d->mDataArray)(c, r)));
 }
 
 void gridcontrol::Prevpage()

@@ -4,6 +4,7 @@
 
 #include "grid/gridcontrol_p.h"
 #include "grid/gridsubscript_p.h"
+#include "grid/gridvalues_p.h"
 
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
@@ -39,7 +40,7 @@ void gridcontrol::SetGridValue()
 void gridcontrol::SetColumnValue(const QVariant &vValue, qint16 iColumn, qint16 iRow)
 {
     d->TxtAdjust->setVisible(false);
-    d->flexgrid->setTextMatrix(iRow, iColumn, CStr(vValue));
+    d->flexgrid->setTextMatrix(iRow, iColumn, cellText(vValue));
     d->attachDataRow(iRow); // a value written to the blank row the save trim left
     d->mDataArray.setValue(iColumn - 1, iRow - 1, vValue);
 }
@@ -64,7 +65,7 @@ bool gridcontrol::vSetGridRowColValue(qint16 &iRow, qint16 &iCol, const QVariant
         iRow = -1;
 
     if (iRow != -1 && iCol != -1) {
-        const QString text = CStr(vColumnValue);
+        const QString text = cellText(vColumnValue);
         d->flexgrid->setTextMatrix(iRow, iCol, text);
         if (iCol == d->flexgrid->Col())
             d->TxtAdjust->setText(text);

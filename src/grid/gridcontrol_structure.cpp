@@ -192,7 +192,7 @@ void gridcontrol::MakeStruct(Recordset *RstTemp, const QVariant &FieldList)
         d->flexgrid->setColAlignment(c + 1, FlexGrid::flexAlignLeftTop);
         for (int r = 0; r <= lastRow && !valuesShown; ++r) {
             const QVariant &value = std::as_const(d->mDataArray)(c, r); // a read: no detach from the recordset's rows
-            d->flexgrid->setTextMatrix(r + 1, c + 1, isNull(value) ? QString() : CStr(value));
+            d->flexgrid->setTextMatrix(r + 1, c + 1, cellTextOrEmpty(value));
         }
     }
     d->flexgrid->setAllowBigSelection(false);

@@ -9,14 +9,15 @@
 
 namespace PanelKestrin {
 
-namespace {
-
-QString textOrEmpty(const QVariant &value)
+QString cellText(const QVariant &value)
 {
-    return isNull(value) ? QString() : CStr(value);
+    return pointText(value);
 }
 
-} // namespace
+QString cellTextOrEmpty(const QVariant &value)
+{
+    return isNull(value) ? QString() : pointText(value);
+}
 
 bool showValuesInGrid(FlexGrid &grid, const VariantMatrix &values, NullCell nulls)
 {
@@ -33,7 +34,7 @@ bool showValuesInGrid(FlexGrid &grid, const VariantMatrix &values, NullCell null
                 return false;
         }
     }
-    FlexGridModel::of(grid)->showValues(values, nullIsEmpty ? textOrEmpty : CStr);
+    FlexGridModel::of(grid)->showValues(values, nullIsEmpty ? cellTextOrEmpty : cellText);
     return true;
 }
 

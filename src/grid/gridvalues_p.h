@@ -6,6 +6,13 @@ namespace PanelKestrin {
 
 class FlexGrid;
 
+// The text a value shows in its cell: CStr's, so dates follow the user's short-date pattern,
+// except that numbers keep "." as the decimal point, the form the cell editor reads back with
+// Val. Null raises error 94, as CStr does.
+QString cellText(const QVariant &value);
+// cellText, with "" for Null (the cells of a loaded recordset).
+QString cellTextOrEmpty(const QVariant &value);
+
 // How a Null element of the data array reaches its cell.
 enum class NullCell {
     Empty, // shown as "" (loading a recordset)

@@ -85,13 +85,13 @@ QVariant dateVariant(const DateTimeParts &parts)
     return QDateTime(parts.date, parts.time);
 }
 
-// The value as text: texts as they are, numbers and dates as CStr writes them.
+// The value as text: texts as they are, numbers with "." and dates as CStr writes them.
 QString textOf(const Value &v)
 {
     if (v.kind == Value::Text)
         return v.text;
     if (hasTextForm(v.source))
-        return CStr(v.source);
+        return pointText(v.source);
     return v.source.toString();
 }
 
