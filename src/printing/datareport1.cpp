@@ -39,7 +39,7 @@ void DataReport1::Show(int modal)
         WaitCursor wait;
         layout = std::make_unique<DataReport1Layout>(m_recordset.data());
     }
-    const ReportPageSetup setup = ReportPageSetup::fromPrinter(nullptr);
+    const ReportPageSetup setup = defaultReportPageSetup();
     if (modal) {
         previewReport(layout->createPaginator(setup), layout->feed(), 0);
         return;
@@ -83,7 +83,7 @@ void DataReport1::ExportReport(const QString &formatKey, const QString &fileName
         throw RuntimeError(58, QStringLiteral("File already exists: %1").arg(target), QStringLiteral("DataReport1"));
     WaitCursor wait;
     const ReportDocument document =
-        layOutReport(layout.createPaginator(ReportPageSetup::fromPrinter(nullptr)), layout.feed());
+        layOutReport(layout.createPaginator(defaultReportPageSetup()), layout.feed());
     const auto [from, to] = pagesOf(range, pageFrom, pageTo);
     writeReportText(document, target, from, to);
 }

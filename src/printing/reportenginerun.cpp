@@ -76,7 +76,7 @@ void ReportEngine::run()
     const ReportFeed feed = [layout](ReportPaginator &paginator) { return layout->feed(paginator); };
 
     if (d->destination == ToWindow) {
-        previewReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed, d->windowState);
+        previewReport(layout->createPaginator(page.value_or(defaultReportPageSetup())), feed, d->windowState);
     } else if (d->destination == ToPrinter) {
         WaitCursor wait;
         QPrinter printer(QPrinter::HighResolution);
@@ -95,7 +95,7 @@ void ReportEngine::run()
         }
         WaitCursor wait;
         const ReportDocument document =
-            layOutReport(layout->createPaginator(page.value_or(ReportPageSetup::fromPrinter(nullptr))), feed);
+            layOutReport(layout->createPaginator(page.value_or(defaultReportPageSetup())), feed);
         if (d->printFileType == FileRtf)
             writeReportRtf(document, fileName);
         else if (d->printFileType == FilePdf)

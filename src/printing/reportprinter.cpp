@@ -86,6 +86,16 @@ void selectReportPrinter(QPrinter &printer, const QString &printerName)
     printer.setPrinterName(name);
 }
 
+ReportPageSetup defaultReportPageSetup()
+{
+    const QString name = QPrinterInfo::defaultPrinterName();
+    if (name.isEmpty())
+        return ReportPageSetup::fromPrinter(nullptr);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPrinterName(name);
+    return ReportPageSetup::fromPrinter(&printer);
+}
+
 void printReport(const ReportDocument &document, QPrinter &printer, int fromPage, int toPage,
                  int copies)
 {

@@ -9,6 +9,7 @@ class QPrinter;
 namespace PanelKestrin {
 
 class ReportDocument;
+struct ReportPageSetup;
 
 // The classic "Printer error" number: raised when there is no printer to print on, when the
 // chosen one is not installed, or when the system refuses the print job.
@@ -19,6 +20,11 @@ inline constexpr int ErrReportPrinter = 482;
 // when no installed printer has that name.
 PANELKESTRIN_EXPORT void selectReportPrinter(QPrinter &printer,
                                              const QString &printerName = QString());
+
+// The paper a report is laid out on when it names none: the default printer's, so that what the
+// preview and the files show is what that printer prints, page for page; A4 portrait with
+// half-inch margins when no printer is installed or none is the default.
+PANELKESTRIN_EXPORT ReportPageSetup defaultReportPageSetup();
 
 // Prints pages fromPage to toPage (counted from 1, both included) of document on printer,
 // copies times, as one print job titled with the document's title. A range that reaches past

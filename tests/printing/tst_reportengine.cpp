@@ -92,6 +92,7 @@ private slots:
     void selectionAndSort();
     void preview();
     void printer();
+    void previewPrinterAndPdfAgree();
     void fileNameAsked();
     void runErrors_data();
     void runErrors();
@@ -323,6 +324,47 @@ void tst_ReportEngine::printer()
     QCOMPARE(PrintJobTest::foundOnPages(PrintJobTest::jobPages(title), QStringLiteral("Page \\d+ of \\d+")),
              QStringList({QStringLiteral("Page 2 of 3"), QStringLiteral("Page 3 of 3"), QStringLiteral("Page 2 of 3"),
                           QStringLiteral("Page 3 of 3")}));
+}
+
+// One report, three outputs: the preview, the default printer (its queue's PDF read back) and
+// a PDF file show the same lines on the same pages, the report naming no paper of its own.
+void tst_ReportEngine::previewPrinterAndPdfAgree()
+{
+    const QString title = QStringLiteral("pk%1agree").arg(QCoreApplication::applicationPid());
+    QFile file(path(QStringLiteral("agree.rpt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(reportFile).replace("Orders by customer", title.toUtf8()));
+    file.close();
+    ReportEngine engine;
+    setUp(engine, QStringLiteral("agree.rpt"));
+
+    QList<QStringList> previewPages;
+    const auto shown = ReportTest::checkPreviews([&](ReportPreview *preview) {
+        for (int page = 0; page < preview->pageCount(); ++page)
+            previewPages << ReportTest::modelWordLines(preview->document(), page);
+    });
+    CallByName(&engine, QStringLiteral("Destination"), VbLet, {0});
+    CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
+    QCOMPARE(*shown, 1);
+
+    const QString pdf = path(QStringLiteral("agree.pdf"));
+    CallByName(&engine, QStringLiteral("Destination"), VbLet, {2});
+    CallByName(&engine, QStringLiteral("PrintFileType"), VbLet, {int(ReportEngine::FilePdf)});
+    CallByName(&engine, QStringLiteral("PrintFileName"), VbLet, {pdf});
+    CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
+
+    CallByName(&engine, QStringLiteral("Destination"), VbLet, {1});
+    CallByName(&engine, QStringLiteral("Action"), VbLet, {1});
+    const QStringList printed = PrintJobTest::jobPages(title);
+
+    const QStringList written = readPages(pdf, ReportEngine::FilePdf);
+    QVERIFY(previewPages.size() >= 2);
+    QCOMPARE(written.size(), previewPages.size());
+    QCOMPARE(printed.size(), previewPages.size());
+    for (int page = 0; page < previewPages.size(); ++page) {
+        QCOMPARE(ReportTest::wordLines(written.at(page)), previewPages.at(page));
+        QCOMPARE(ReportTest::wordLines(printed.at(page)), previewPages.at(page));
+    }
 }
 
 // File output without a name asks with the save-file dialog; cancelling it writes nothing.
