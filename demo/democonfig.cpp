@@ -1,10 +1,23 @@
 #include "democonfig.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 
-DemoConfig DemoConfig::load(const QString &databaseOverride)
+namespace {
+
+// The value of one key of a connection string ("Host=db1;Port=5432"), or "".
+QString connectValue(const QString &connectString, const QString &key)
+{
+    const QRegularExpression pattern(QStringLiteral("(?:^|;)\\s*%1\\s*=\\s*([^;]*)").arg(key),
+                                     QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(connectString).captured(1).trimmed();
+}
+
+} // namespace
+
+DemoConfig DemoConfig::load(const QString &databaseOverride, const QString &connectOverride)
 {
     QSettings settings;
     DemoConfig config;
@@ -12,11 +25,26 @@ DemoConfig DemoConfig::load(const QString &databaseOverride)
     config.databasePath = databaseOverride.isEmpty()
         ? settings.value(QStringLiteral("Database/Path"), QDir(dataDir).filePath(QStringLiteral("orders.sqlite"))).toString()
         : databaseOverride;
+    config.connectOverride = connectOverride;
     config.databaseKind = qint16(settings.value(QStringLiteral("Database/Kind"), config.databaseKind).toInt());
     return config;
 }
 
 QString DemoConfig::connectString() const
 {
+    if (!usesFile())
+        return connectOverride;
     return QStringLiteral("Provider=SQLite;Data Source=\"%1\"").arg(databasePath);
+}
+
+QString DemoConfig::description() const
+{
+    if (usesFile())
+        return QObject::tr("SQLite file %1").arg(QDir::toNativeSeparators(databasePath));
+    const QString provider = connectValue(connectOverride, QStringLiteral("Provider"));
+    const QString database = connectValue(connectOverride, QStringLiteral("(?:Database|Initial Catalog|dbname)"));
+    const QString host = connectValue(connectOverride, QStringLiteral("(?:Host|Server|Data Source|Hostname)"));
+    const QString port = connectValue(connectOverride, QStringLiteral("Port"));
+    QString where = host.isEmpty() ? QString() : QObject::tr(" on %1").arg(port.isEmpty() ? host : host + QLatin1Char(':') + port);
+    return QObject::tr("%1 database %2%3").arg(provider, database, where);
 }

@@ -1,6 +1,7 @@
 #include "demodatabase.h"
 
 #include <PanelKestrin/connection.h>
+#include <PanelKestrin/recordset.h>
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QDate>
@@ -12,6 +13,7 @@
 #include <QVariantList>
 
 using PanelKestrin::Connection;
+using PanelKestrin::Recordset;
 using PanelKestrin::RuntimeError;
 
 namespace {
@@ -86,7 +88,7 @@ QVariant dateOrNull(const QDate &d) { return d.isValid() ? QVariant(d.toString(Q
 
 namespace DemoDatabase {
 
-void ensureExists(const QString &path)
+void ensureFile(const QString &path)
 {
     if (QFileInfo::exists(path))
         return;
@@ -99,14 +101,25 @@ void ensureExists(const QString &path)
     if (!file.open(QIODevice::WriteOnly))
         throw RuntimeError(-2147467259, QStringLiteral("Cannot create %1: %2").arg(path, file.errorString()),
                            QStringLiteral("DemoDatabase"));
-    file.close();
+}
+
+void ensureFilled(Connection &cn)
+{
     try {
-        Connection cn;
-        cn.Open(QStringLiteral("Provider=SQLite;Data Source=\"%1\"").arg(path));
+        Recordset probe;
+        probe.Open(QStringLiteral("SELECT order_no FROM order_lines WHERE 1 = 0"), &cn);
+        return; // the last table made is there: the database was filled before
+    } catch (const RuntimeError &) {
+        // No tables yet.
+    }
+    try {
         createAndFill(cn);
-        cn.Close();
     } catch (...) {
-        QFile::remove(path); // a half-filled database would be taken as complete next time
+        try {
+            cn.Execute(QStringLiteral("ROLLBACK"));
+        } catch (const RuntimeError &) {
+            // The failure may already have ended the transaction; the first error counts.
+        }
         throw;
     }
 }
@@ -120,6 +133,10 @@ void createAndFill(Connection &cn)
     cn.Execute(QStringLiteral("BEGIN"));
     for (const char *sql : kSchema)
         cn.Execute(QString::fromLatin1(sql));
+    // The customer browser lists customers in the order they were entered, by SQLite's rowid;
+    // on PostgreSQL a numbered column of that name keeps the same order.
+    if (cn.engine() == Connection::EnginePostgreSQL)
+        cn.Execute(QStringLiteral("ALTER TABLE customers ADD COLUMN rowid SERIAL"));
 
     const int customerCount = 60;
     QStringList customers;

@@ -9,7 +9,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-MainWindow::MainWindow(DemoContext &context, const QString &databasePath, QWidget *parent)
+MainWindow::MainWindow(DemoContext &context, const QString &database, QWidget *parent)
     : QMainWindow(parent), m_context(context), m_forms(demoForms())
 {
     setWindowTitle(tr("PanelKestrin order entry"));
@@ -27,7 +27,7 @@ MainWindow::MainWindow(DemoContext &context, const QString &databasePath, QWidge
     layout->addWidget(m_list, 1);
     layout->addWidget(open, 0, Qt::AlignRight);
     setCentralWidget(central);
-    statusBar()->showMessage(tr("Database: %1").arg(databasePath));
+    statusBar()->showMessage(tr("Database: %1").arg(database));
 
     const auto openCurrent = [this] {
         PanelKestrin::guardEvent(QStringLiteral("MainWindow.openForm"), [this] {

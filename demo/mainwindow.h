@@ -11,7 +11,7 @@ class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    MainWindow(DemoContext &context, const QString &databasePath, QWidget *parent = nullptr);
+    MainWindow(DemoContext &context, const QString &database, QWidget *parent = nullptr);
 
     // Opens the form listed at index as a window of its own and returns it.
     QWidget *openForm(int index);

@@ -2,6 +2,7 @@
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
+#include <PanelKestrin/recordset.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/strings.h>
 #include <PanelKestrin/variant.h>
@@ -15,8 +16,10 @@ namespace {
 const QString kAdded = QStringLiteral("A");
 const QString kEdited = QStringLiteral("E");
 
-// A blank or zero price leaves the price to the item list.
-const QString kPrice = QStringLiteral("COALESCE(NULLIF(?, 0), (SELECT unit_price FROM items WHERE item_code = ?))");
+// A blank or zero price leaves the price to the item list. The parameters are typed where the
+// statement does not tell a server which type they have.
+const QString kPrice =
+    QStringLiteral("COALESCE(NULLIF(CAST(? AS NUMERIC(10,2)), 0), (SELECT unit_price FROM items WHERE item_code = ?))");
 
 QVariant discountValue(double discount)
 {
@@ -39,8 +42,16 @@ QString OrderLinesTable::textOf(const QVariant &value)
 
 double OrderLinesTable::numberOf(const QVariant &value)
 {
-    const QString text = textOf(value);
-    return text.isEmpty() ? 0 : Val(text);
+    // Val of the value itself: numbers are read with ".", whatever the user's decimal separator.
+    return isEmpty(value) || isNull(value) ? 0 : Val(value);
+}
+
+QDate OrderLinesTable::dateOf(const QVariant &value)
+{
+    if (value.metaType().id() == QMetaType::QDate || value.metaType().id() == QMetaType::QDateTime)
+        return value.toDate();
+    // An edited cell gives its date month first, whatever the user's settings.
+    return QDate::fromString(textOf(value), QStringLiteral("MM/dd/yyyy"));
 }
 
 QSet<int> OrderLinesTable::loadedLineNumbers(const VariantMatrix &data, const QStringList &statuses)
@@ -83,8 +94,9 @@ OrderLinesTable::Changes OrderLinesTable::changesFrom(const VariantMatrix &data,
         }
 
         if (!delivery.isEmpty()) {
-            if (IsDate(delivery))
-                line.deliveryDate = CDate(delivery);
+            const QDate date = dateOf(data(DeliveryDate, i));
+            if (date.isValid())
+                line.deliveryDate = date;
             else if (changes.problem.isEmpty())
                 changes.problem = tr("Row %1: the delivery date \"%2\" is not a date.").arg(line.gridRow).arg(delivery);
         }
@@ -105,6 +117,28 @@ OrderLinesTable::Changes OrderLinesTable::changesFrom(const VariantMatrix &data,
     return changes;
 }
 
+namespace {
+
+void insert(Connection &cn, int orderNo, int lineNo, const OrderLinesTable::Line &l)
+{
+    cn.Execute(QStringLiteral("INSERT INTO order_lines (order_no, line_no, item_code, quantity, unit_price,"
+                              " discount, delivery_date) VALUES (?, ?, ?, ?, ")
+                   + kPrice + QStringLiteral(", ?, ?)"),
+               {orderNo, lineNo, l.itemCode, l.quantity, l.unitPrice, l.itemCode, discountValue(l.discount),
+                l.deliveryDate});
+}
+
+// The number after the order's highest line number, 1 for an order without lines.
+int nextLineNo(Connection &cn, int orderNo)
+{
+    Recordset highest;
+    highest.Open(QStringLiteral("SELECT COALESCE(MAX(line_no), 0) + 1 FROM order_lines WHERE order_no = %1").arg(orderNo),
+                 &cn);
+    return int(Val(highest.Fields().Item(0).Value()));
+}
+
+} // namespace
+
 void OrderLinesTable::write(Connection &cn, int orderNo, const Changes &changes)
 {
     cn.Execute(QStringLiteral("BEGIN"));
@@ -118,17 +152,11 @@ void OrderLinesTable::write(Connection &cn, int orderNo, const Changes &changes)
                         orderNo, l.lineNo});
         for (const Line &l : changes.inserts) {
             if (l.lineNo != 0)
-                cn.Execute(QStringLiteral("INSERT INTO order_lines (order_no, line_no, item_code, quantity, unit_price,"
-                                          " discount, delivery_date) VALUES (?, ?, ?, ?, ")
-                               + kPrice + QStringLiteral(", ?, ?)"),
-                           {orderNo, l.lineNo, l.itemCode, l.quantity, l.unitPrice, l.itemCode,
-                            discountValue(l.discount), l.deliveryDate});
-            else
-                cn.Execute(QStringLiteral("INSERT INTO order_lines (order_no, line_no, item_code, quantity, unit_price,"
-                                          " discount, delivery_date) SELECT ?, COALESCE(MAX(line_no), 0) + 1, ?, ?, ")
-                               + kPrice + QStringLiteral(", ?, ? FROM order_lines WHERE order_no = ?"),
-                           {orderNo, l.itemCode, l.quantity, l.unitPrice, l.itemCode, discountValue(l.discount),
-                            l.deliveryDate, orderNo});
+                insert(cn, orderNo, l.lineNo, l);
+        }
+        for (const Line &l : changes.inserts) {
+            if (l.lineNo == 0)
+                insert(cn, orderNo, nextLineNo(cn, orderNo), l);
         }
         cn.Execute(QStringLiteral("COMMIT"));
     } catch (...) {

@@ -3,6 +3,7 @@
 #include <PanelKestrin/variantmatrix.h>
 
 #include <QCoreApplication>
+#include <QDate>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -62,4 +63,7 @@ public:
     static QString textOf(const QVariant &value);
     // The number of a grid value; blank reads as 0.
     static double numberOf(const QVariant &value);
+    // The date of a date cell's value: a loaded date, or the month-first text an edited cell
+    // holds; invalid when it is neither.
+    static QDate dateOf(const QVariant &value);
 };

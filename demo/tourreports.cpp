@@ -38,13 +38,25 @@ const FileFormat kFormats[] = {
 };
 
 // One order per line, its columns padded with blanks so that they line up in the data
-// report's fixed-pitch font; the heading below uses the same widths.
-const char kOrderListQuery[] =
-    "SELECT printf('%-6d  %-10s  %-30s  %-8s  %5d  %12.2f', o.order_no, strftime('%d/%m/%Y', o.order_date),"
-    " c.cust_name, o.status, COUNT(*), SUM(ol.quantity * ol.unit_price)) AS prntxt"
+// report's fixed-pitch font; the heading below uses the same widths. Padding is each engine's
+// own: printf on SQLite, rpad/lpad and to_char on PostgreSQL.
+const char kOrderListFrom[] =
     " FROM orders o JOIN customers c ON c.cust_code = o.cust_code"
     " JOIN order_lines ol ON ol.order_no = o.order_no"
     " GROUP BY o.order_no, o.order_date, c.cust_name, o.status ORDER BY o.order_no";
+const char kSqliteOrderLine[] =
+    "SELECT printf('%-6d  %-10s  %-30s  %-8s  %5d  %12.2f', o.order_no, strftime('%d/%m/%Y', o.order_date),"
+    " c.cust_name, o.status, COUNT(*), SUM(ol.quantity * ol.unit_price)) AS prntxt";
+const char kPostgresOrderLine[] =
+    "SELECT rpad(o.order_no::text, 6) || '  ' || to_char(o.order_date, 'DD/MM/YYYY') || '  '"
+    " || rpad(c.cust_name, 30) || '  ' || rpad(COALESCE(o.status, ''), 8) || '  ' || lpad(COUNT(*)::text, 5)"
+    " || '  ' || lpad(to_char(SUM(ol.quantity * ol.unit_price), 'FM999999990.00'), 12) AS prntxt";
+
+QString orderListQuery(const Connection &cn)
+{
+    return QString::fromLatin1(cn.engine() == Connection::EnginePostgreSQL ? kPostgresOrderLine : kSqliteOrderLine)
+           + QString::fromLatin1(kOrderListFrom);
+}
 
 QString orderListHeading()
 {
@@ -147,7 +159,7 @@ bool dataReport(const QDir &dir, QTextStream &out)
     Connection cn;
     cn.Open(ConnectionSettings::instance().ConnectString());
     Recordset orders;
-    orders.Open(QString::fromLatin1(kOrderListQuery), &cn);
+    orders.Open(orderListQuery(cn), &cn);
     ReportParameters &parameters = reportParameters();
     parameters.rpttitle = QStringLiteral("Orders");
     parameters.rptheading = orderListHeading();
