@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QFrame>
 #include <QLineEdit>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <cmath>
@@ -86,6 +87,11 @@ public:
     QString sDateSep;
     // The day/month order in force, upper case.
     QString mDateFormat;
+
+    // Data binding as the container set it.
+    QPointer<QObject> mDataSource;
+    QString mDataMember;
+    QString mDataFieldName;
 };
 
 DTControl::DTControl(QWidget *parent) : QWidget(parent), d(std::make_unique<DTControlPrivate>(this))
@@ -342,6 +348,70 @@ void DTControlPrivate::placeParts()
     fraDate->setGeometry(q->rect());
     DTPicker1->setGeometry(fraDate->rect());
     MaskEdBox1->setGeometry(0, 0, qMax(0, arrowRect(DTPicker1, q->size()).left()), fraDate->height());
+}
+
+QColor DTControl::BackColor() const
+{
+    return d->MaskEdBox1->palette().color(QPalette::Base);
+}
+
+void DTControl::setBackColor(const QColor &BackColor)
+{
+    QPalette p = d->MaskEdBox1->palette();
+    p.setColor(QPalette::Base, BackColor);
+    d->MaskEdBox1->setPalette(p);
+}
+
+QColor DTControl::ForeColor() const
+{
+    return d->MaskEdBox1->palette().color(QPalette::Text);
+}
+
+void DTControl::setForeColor(const QColor &ForeColor)
+{
+    QPalette p = d->MaskEdBox1->palette();
+    p.setColor(QPalette::Text, ForeColor);
+    d->MaskEdBox1->setPalette(p);
+}
+
+qint16 DTControl::BorderStyle() const
+{
+    return d->MaskEdBox1->hasFrame() ? 1 : 0;
+}
+
+void DTControl::setBorderStyle(qint16 BorderStyle)
+{
+    d->MaskEdBox1->setFrame(BorderStyle != 0);
+}
+
+QObject *DTControl::DataSource() const
+{
+    return d->mDataSource;
+}
+
+void DTControl::setDataSource(QObject *DataSource)
+{
+    d->mDataSource = DataSource;
+}
+
+QString DTControl::DataMember() const
+{
+    return d->mDataMember;
+}
+
+void DTControl::setDataMember(const QString &DataMember)
+{
+    d->mDataMember = DataMember;
+}
+
+QString DTControl::DataFieldName() const
+{
+    return d->mDataFieldName;
+}
+
+void DTControl::setDataFieldName(const QString &DataFieldName)
+{
+    d->mDataFieldName = DataFieldName;
 }
 
 void DTControl::resizeEvent(QResizeEvent *event)

@@ -2,6 +2,7 @@
 
 #include <PanelKestrin/panelkestrin_export.h>
 
+#include <QColor>
 #include <QDate>
 #include <QString>
 #include <QVariant>
@@ -35,6 +36,12 @@ class PANELKESTRIN_EXPORT DTControl : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(QDate value READ value WRITE setvalue)
+    Q_PROPERTY(QColor BackColor READ BackColor WRITE setBackColor)
+    Q_PROPERTY(QColor ForeColor READ ForeColor WRITE setForeColor)
+    Q_PROPERTY(qint16 BorderStyle READ BorderStyle WRITE setBorderStyle)
+    Q_PROPERTY(QObject *DataSource READ DataSource WRITE setDataSource DESIGNABLE false)
+    Q_PROPERTY(QString DataMember READ DataMember WRITE setDataMember)
+    Q_PROPERTY(QString DataFieldName READ DataFieldName WRITE setDataFieldName)
 
 public:
     explicit DTControl(QWidget *parent = nullptr);
@@ -63,6 +70,24 @@ public:
     // caret at 3, a day past the month's last day at 0, and the result is false. February has
     // 29 days in every year divisible by 4, 1900 and 2100 included; day 0 passes.
     Q_INVOKABLE bool ValidDaysOfMonth();
+
+    // Appearance: the colours of the date box's background and text, and its border (0 none,
+    // 1 a single line; the default).
+    QColor BackColor() const;
+    void setBackColor(const QColor &BackColor);
+    QColor ForeColor() const;
+    void setForeColor(const QColor &ForeColor);
+    qint16 BorderStyle() const;
+    void setBorderStyle(qint16 BorderStyle);
+
+    // Data binding as the host's container keeps it: the data source (not owned), the member
+    // of it and the field the date is bound to. The control itself reads nothing from them.
+    QObject *DataSource() const;
+    void setDataSource(QObject *DataSource);
+    QString DataMember() const;
+    void setDataMember(const QString &DataMember);
+    QString DataFieldName() const;
+    void setDataFieldName(const QString &DataFieldName);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -2,12 +2,12 @@
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/twips.h>
 #include <PanelKestrin/variant.h>
+#include "platform/latebinding_p.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QWidget>
-#include <limits>
 #include <optional>
 #include <vector>
 
@@ -59,74 +59,6 @@ std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString 
     return std::nullopt;
 }
 
-// Checks a whole number against the range of the integral parameter type it is passed to,
-// where the plain conversion would silently wrap.
-void checkRange(const QVariant &value, QMetaType target, const QString &what)
-{
-    auto limits = [&]() -> std::optional<std::pair<double, double>> {
-        switch (target.id()) {
-        case QMetaType::Short: return std::pair<double, double>(std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
-        case QMetaType::UShort: return std::pair<double, double>(0, std::numeric_limits<quint16>::max());
-        case QMetaType::Int: return std::pair<double, double>(std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
-        case QMetaType::UInt: return std::pair<double, double>(0, std::numeric_limits<quint32>::max());
-        default: return std::nullopt;
-        }
-    }();
-    bool numeric = false;
-    const double d = value.toDouble(&numeric);
-    if (limits && numeric && (d < limits->first - 0.5 || d >= limits->second + 0.5))
-        raise(ErrOverflow, what);
-}
-
-// The argument as a value of the parameter's type. Empty becomes the type's default value,
-// as an unassigned variable passed to a typed parameter does.
-QVariant convertArgument(const QVariant &arg, QMetaType target, const QString &what)
-{
-    if (target.id() == QMetaType::QVariant || arg.metaType() == target)
-        return arg;
-    if (isEmpty(arg))
-        return QVariant(target);
-    if (isNull(arg))
-        raise(ErrInvalidUseOfNull, what);
-    QVariant converted = arg;
-    if (!converted.canConvert(target) || !converted.convert(target))
-        raise(ErrTypeMismatch, what);
-    checkRange(arg, target, what);
-    return converted;
-}
-
-// The type a parameter takes. A by-reference parameter ("int &") has no meta type of its
-// own; it takes a value of the referenced type (what the member writes back is not returned).
-QMetaType parameterType(const QMetaMethod &method, int index)
-{
-    const QMetaType type = method.parameterMetaType(index);
-    if (type.isValid())
-        return type;
-    QByteArray name = method.parameterTypes().value(index);
-    if (name.endsWith('&'))
-        name.chop(1);
-    return QMetaType::fromName(name);
-}
-
-QVariant invoke(QObject *object, const QMetaMethod &method, std::vector<QVariant> &args)
-{
-    std::vector<void *> argv(args.size() + 1, nullptr);
-    QVariant result;
-    const QMetaType returnType = method.returnMetaType();
-    if (returnType.id() == QMetaType::QVariant) {
-        argv[0] = &result;
-    } else if (returnType.isValid() && returnType.id() != QMetaType::Void) {
-        result = QVariant(returnType);
-        argv[0] = result.data();
-    }
-    for (size_t i = 0; i < args.size(); ++i) {
-        const bool asVariant = parameterType(method, int(i)).id() == QMetaType::QVariant;
-        argv[i + 1] = asVariant ? static_cast<void *>(&args[i]) : args[i].data();
-    }
-    QMetaObject::metacall(object, QMetaObject::InvokeMetaMethod, method.methodIndex(), argv.data());
-    return result;
-}
-
 // Calls the first candidate with as many parameters as there are arguments and to whose
 // parameter types the arguments convert.
 QVariant callMatching(QObject *object, const QList<QMetaMethod> &candidates, const QVariantList &args,
@@ -145,7 +77,7 @@ QVariant callMatching(QObject *object, const QList<QMetaMethod> &candidates, con
                 conversionError = e;
             continue;
         }
-        return invoke(object, m, converted);
+        return invokeMethod(object, m, converted);
     }
     if (conversionError)
         throw *conversionError;

@@ -1,0 +1,201 @@
+#include <PanelKestrin/dispatch.h>
+#include <PanelKestrin/runtimeerror.h>
+#include <PanelKestrin/typelibrary.h>
+#include "platform/latebinding_p.h"
+#include "typelib/dispatchbinding_p.h"
+#include "typelib/eventrelay_p.h"
+
+#include <QColor>
+#include <QCoreApplication>
+
+namespace PanelKestrin {
+
+namespace {
+
+[[noreturn]] void raise(int number, const QString &detail)
+{
+    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
+}
+
+const TypeLibClass &classOf(const QObject *control, const QString &member)
+{
+    if (!control)
+        raise(ErrObjectNotSet, member);
+    const TypeLibClass *c = publishedClass(control->metaObject());
+    if (!c)
+        raise(ErrMemberNotSupported, QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2")
+                                         .arg(member, QString::fromLatin1(control->metaObject()->className())));
+    return *c;
+}
+
+QString describe(const TypeLibClass &c, const QString &member)
+{
+    return QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2").arg(member, c.name);
+}
+
+// Colours travel as OLE_COLOR numbers (blue in the high byte, red in the low one) and are
+// QColor on the control.
+bool isColour(const TypeLibMember &m)
+{
+    return m.type == QLatin1String("OLE_COLOR");
+}
+
+QVariant toControl(const TypeLibMember &m, const QVariant &value)
+{
+    bool numeric = false;
+    const uint n = value.toUInt(&numeric);
+    if (isColour(m) && numeric && value.metaType().id() != QMetaType::QColor)
+        return QColor(int(n & 0xFF), int((n >> 8) & 0xFF), int((n >> 16) & 0xFF));
+    return value;
+}
+
+QVariant toHost(const TypeLibMember &m, const QVariant &value)
+{
+    if (isColour(m) && value.metaType().id() == QMetaType::QColor) {
+        const QColor c = value.value<QColor>();
+        return qint32(c.red() | (c.green() << 8) | (c.blue() << 16));
+    }
+    return value;
+}
+
+QVariant readMember(QObject *control, const TypeLibMember &m, const DispatchBinding &b, const QString &what)
+{
+    if (b.property && b.property->isReadable())
+        return toHost(m, b.property->read(control));
+    std::vector<QVariant> none;
+    if (b.getter)
+        return toHost(m, invokeMethod(control, *b.getter, none));
+    raise(ErrMemberNotSupported, what);
+}
+
+void writeMember(QObject *control, const TypeLibMember &m, const DispatchBinding &b, QVariant &value,
+                 const QString &what)
+{
+    const QVariant given = toControl(m, value);
+    if (b.property && b.property->isWritable()) {
+        const QVariant converted = convertArgument(given, b.property->metaType(), what);
+        if (!b.property->write(control, converted))
+            raise(ErrTypeMismatch, what);
+        if (m.params.value(0).byRef)
+            value = toHost(m, converted);
+        return;
+    }
+    if (!b.setter)
+        raise(ErrMemberNotSupported, what);
+    std::vector<QVariant> args{convertArgument(given, parameterType(*b.setter, 0), what)};
+    invokeMethod(control, *b.setter, args);
+    if (m.params.value(0).byRef)
+        value = toHost(m, args.front());
+}
+
+QVariant callMethod(QObject *control, const TypeLibMember &m, const DispatchBinding &b, QVariantList &args,
+                    const QString &what)
+{
+    const int fixed = m.varArg ? int(m.params.size()) - 1 : int(args.size());
+    if (args.size() < m.requiredArguments() || (m.maximumArguments() >= 0 && args.size() > m.maximumArguments()))
+        raise(ErrWrongArgumentCount, what);
+    const int passed = m.varArg ? fixed + 1 : int(args.size());
+    const QMetaMethod *method = nullptr;
+    for (const QMetaMethod &candidate : b.methods) {
+        if (candidate.parameterCount() == passed)
+            method = &candidate;
+    }
+    if (!method)
+        raise(ErrWrongArgumentCount, what);
+
+    std::vector<QVariant> converted;
+    for (int i = 0; i < fixed; ++i)
+        converted.push_back(convertArgument(args.at(i), parameterType(*method, i), what));
+    if (m.varArg)
+        converted.push_back(QVariant(args.mid(fixed)));
+    const QVariant result = invokeMethod(control, *method, converted);
+    for (int i = 0; i < fixed; ++i) {
+        if (m.params.at(i).byRef)
+            args[i] = converted.at(size_t(i));
+    }
+    return result;
+}
+
+QVariant invokeMember(QObject *control, const TypeLibClass &c, const TypeLibMember &m,
+                      Dispatch::InvokeKind kind, QVariantList &args)
+{
+    const QString what = describe(c, m.name);
+    const DispatchBinding b = bindMember(control->metaObject(), m);
+    if (m.kind == TypeLibMember::Method) {
+        if (kind != Dispatch::Method && kind != Dispatch::PropertyGet)
+            raise(ErrMemberNotSupported, what);
+        return callMethod(control, m, b, args, what);
+    }
+    switch (kind) {
+    case Dispatch::Method:
+    case Dispatch::PropertyGet:
+        if (!m.get)
+            raise(ErrMemberNotSupported, what);
+        if (!args.isEmpty())
+            raise(ErrWrongArgumentCount, what);
+        return readMember(control, m, b, what);
+    case Dispatch::PropertyPut:
+    case Dispatch::PropertyPutRef:
+        if (!(kind == Dispatch::PropertyPut ? m.put : m.putRef))
+            raise(ErrMemberNotSupported, what);
+        if (args.size() != 1)
+            raise(ErrWrongArgumentCount, what);
+        writeMember(control, m, b, args[0], what);
+        return QVariant();
+    }
+    raise(ErrInvalidProcedureCall, what);
+}
+
+} // namespace
+
+const TypeLibClass *Dispatch::ClassOf(const QObject *control)
+{
+    return control ? publishedClass(control->metaObject()) : nullptr;
+}
+
+qint32 Dispatch::GetIDOfName(const QObject *control, const QString &name)
+{
+    const TypeLibClass &c = classOf(control, name);
+    if (const TypeLibMember *m = c.defaultInterface.member(name))
+        return m->dispId;
+    raise(ErrMemberNotSupported, describe(c, name));
+}
+
+QVariant Dispatch::Invoke(QObject *control, qint32 dispId, InvokeKind kind, QVariantList &args)
+{
+    const QString number = QStringLiteral("0x%1").arg(quint32(dispId), 8, 16, QLatin1Char('0'));
+    const TypeLibClass &c = classOf(control, number);
+    const TypeLibMember *m = c.defaultInterface.member(dispId);
+    if (!m)
+        raise(ErrMemberNotSupported, describe(c, number));
+    return invokeMember(control, c, *m, kind, args);
+}
+
+QVariant Dispatch::Invoke(QObject *control, const QString &name, InvokeKind kind, QVariantList &args)
+{
+    const TypeLibClass &c = classOf(control, name);
+    const TypeLibMember *m = c.defaultInterface.member(name);
+    if (!m)
+        raise(ErrMemberNotSupported, describe(c, name));
+    return invokeMember(control, c, *m, kind, args);
+}
+
+QVariant Dispatch::Invoke(QObject *control, qint32 dispId, InvokeKind kind, const QVariantList &args)
+{
+    QVariantList copy = args;
+    return Invoke(control, dispId, kind, copy);
+}
+
+QVariant Dispatch::Invoke(QObject *control, const QString &name, InvokeKind kind, const QVariantList &args)
+{
+    QVariantList copy = args;
+    return Invoke(control, name, kind, copy);
+}
+
+QObject *Dispatch::Advise(QObject *control, EventSink sink)
+{
+    const TypeLibClass &c = classOf(control, QStringLiteral("events"));
+    return new EventRelay(control, c.eventInterface, std::move(sink));
+}
+
+} // namespace PanelKestrin

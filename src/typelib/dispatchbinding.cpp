@@ -1,0 +1,119 @@
+#include "typelib/dispatchbinding_p.h"
+
+namespace PanelKestrin {
+
+namespace {
+
+bool sameName(const char *declared, const QString &name)
+{
+    return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
+}
+
+// A property of that name, the exact spelling first (a class may declare two spellings, as the
+// toolbars' design-time "Cmdenable" beside "cmdenable"), then any case; most derived first.
+std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString &name)
+{
+    for (int i = mo->propertyCount() - 1; i >= 0; --i) {
+        if (QLatin1String(mo->property(i).name()) == name)
+            return mo->property(i);
+    }
+    for (int i = mo->propertyCount() - 1; i >= 0; --i) {
+        if (sameName(mo->property(i).name(), name))
+            return mo->property(i);
+    }
+    return std::nullopt;
+}
+
+QList<QMetaMethod> methodsNamed(const QMetaObject *mo, const QString &name, QMetaMethod::MethodType type)
+{
+    QList<QMetaMethod> found;
+    for (int i = mo->methodCount() - 1; i >= 0; --i) {
+        const QMetaMethod m = mo->method(i);
+        const bool kindMatches = type == QMetaMethod::Signal
+            ? m.methodType() == QMetaMethod::Signal
+            : (m.methodType() == QMetaMethod::Method || m.methodType() == QMetaMethod::Slot);
+        if (kindMatches && m.access() == QMetaMethod::Public && sameName(m.name().constData(), name))
+            found.append(m);
+    }
+    return found;
+}
+
+std::optional<QMetaMethod> methodTaking(const QMetaObject *mo, const QString &name, int count)
+{
+    for (const QMetaMethod &m : methodsNamed(mo, name, QMetaMethod::Method)) {
+        if (m.parameterCount() == count)
+            return m;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+const TypeLibClass *publishedClass(const QMetaObject *mo)
+{
+    for (; mo; mo = mo->superClass()) {
+        const QString name = QString::fromLatin1(mo->className()).section(QLatin1String("::"), -1);
+        if (const TypeLibClass *c = PublishedTypeLibrary().findClass(name);
+            c && c->name == name)
+            return c;
+    }
+    return nullptr;
+}
+
+DispatchBinding bindMember(const QMetaObject *mo, const TypeLibMember &member)
+{
+    DispatchBinding b;
+    switch (member.kind) {
+    case TypeLibMember::Variable:
+    case TypeLibMember::Property:
+        b.property = propertyNamed(mo, member.name);
+        if (member.get && !(b.property && b.property->isReadable()))
+            b.getter = methodTaking(mo, member.name, 0);
+        if ((member.put || member.putRef) && !(b.property && b.property->isWritable()))
+            b.setter = methodTaking(mo, QStringLiteral("set") + member.name, 1);
+        break;
+    case TypeLibMember::Method: {
+        // A vararg method takes its remaining arguments as one list.
+        const int most = member.varArg ? int(member.params.size()) : member.maximumArguments();
+        const int least = member.varArg ? most : member.requiredArguments();
+        for (const QMetaMethod &m : methodsNamed(mo, member.name, QMetaMethod::Method)) {
+            if (m.parameterCount() >= least && m.parameterCount() <= most)
+                b.methods.append(m);
+        }
+        break;
+    }
+    case TypeLibMember::Event:
+        for (const QMetaMethod &m : methodsNamed(mo, member.name, QMetaMethod::Signal)) {
+            if (m.parameterCount() == member.params.size())
+                b.methods.append(m);
+        }
+        break;
+    }
+    return b;
+}
+
+bool isComplete(const DispatchBinding &binding, const TypeLibMember &member)
+{
+    switch (member.kind) {
+    case TypeLibMember::Variable:
+        return binding.property && binding.property->isReadable() && binding.property->isWritable();
+    case TypeLibMember::Property:
+        return (!member.get || binding.canGet()) && (!(member.put || member.putRef) || binding.canPut());
+    case TypeLibMember::Method:
+        // Every allowed argument count has an overload.
+        for (int n = member.varArg ? int(member.params.size()) : member.requiredArguments();
+             n <= (member.varArg ? int(member.params.size()) : member.maximumArguments()); ++n) {
+            bool found = false;
+            for (const QMetaMethod &m : binding.methods)
+                found = found || m.parameterCount() == n;
+            if (!found)
+                return false;
+        }
+        return true;
+    case TypeLibMember::Event:
+        return binding.methods.size() == 1;
+    }
+    return false;
+}
+
+} // namespace PanelKestrin
