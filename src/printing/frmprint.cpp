@@ -163,7 +163,12 @@ void frmprint::Form_Load()
 {
     const ReportParameters &block = reportParameters();
 
-    Frame2->fillFileTypes();
+    // Every load starts from an empty form, as the last unload left none of it.
+    txtfrom->clear();
+    txtto->clear();
+    DTPicker1->setDate(QDate::currentDate());
+    DTPicker2->setDate(QDate::currentDate());
+    Frame2->clear();
 
     // "Group On": one item per caption; item i stands for field i of sortfields.
     fieldlist = Split(block.sortfields, QStringLiteral(","));
@@ -193,9 +198,16 @@ void frmprint::Form_Load()
         CmbCriteria->setEnabled(false);
     }
 
-    Frame2->resetLayout();
     setFrame2Height(OutputOptions::kCompactHeight);
     CallByName(this, QStringLiteral("Height"), VbLet, {kFormHeight});
+}
+
+// The form's height counts its window frame, which is known once the window is shown.
+void frmprint::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    const bool file = Frame2->destination() == OutputOptions::File;
+    CallByName(this, QStringLiteral("Height"), VbLet, {file ? kFormHeightForFile : kFormHeight});
 }
 
 // A date field is ranged with the two date pickers, any other with the two text boxes.

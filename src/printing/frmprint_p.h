@@ -49,6 +49,7 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void done(int result) override;
 
 private:
@@ -80,8 +81,8 @@ private:
     bool m_loaded = false;
     QStringList fieldlist;
     QString grpfield;
-    // The SQL path's connection and the data report's recordset, replaced on every run and
-    // released when the form unloads.
+    // The SQL path's connection and the data report's recordset ("rsReport"), children of the
+    // form, replaced on every run and released when the form unloads.
     std::unique_ptr<Connection> m_connection;
     std::unique_ptr<Recordset> m_reportRecordset;
     // The report engine of the engine path, driven by member name only.

@@ -43,7 +43,7 @@ void frmprint::RunDataReport()
     std::optional<WaitCursor> wait;
     wait.emplace();
     m_reportRecordset.reset();
-    m_connection = std::make_unique<Connection>();
+    m_connection = std::make_unique<Connection>(this);
     m_connection->Open(settings.ConnectString() + QStringLiteral(";Mode=Read"), QString(), QString(), -1);
 
     const SqlReportFilter filter = sqlReportFilter(filterInput());
@@ -52,7 +52,8 @@ void frmprint::RunDataReport()
         primaryKey = primaryKeyOf(*m_connection, block.srset ? block.srset->DataMember() : QString());
     const QString statement = sqlReportStatement(block.selquery, filter, settings.DatabaseKind(), primaryKey);
 
-    m_reportRecordset = std::make_unique<Recordset>();
+    m_reportRecordset = std::make_unique<Recordset>(this);
+    m_reportRecordset->setObjectName(QStringLiteral("rsReport"));
     m_reportRecordset->setCursorType(3);
     m_reportRecordset->setCursorLocation(3);
     m_reportRecordset->setLockType(3);

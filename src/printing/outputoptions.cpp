@@ -104,6 +104,18 @@ void OutputOptions::resetLayout()
         optoutput[Screen]->setChecked(true); // its click lays the frame out
 }
 
+void OutputOptions::clear()
+{
+    txtfrompage->clear();
+    txttopage->clear();
+    UpDown1->setValue(1);
+    txtnocopies->setText(QStringLiteral("1"));
+    if (txtfilename)
+        txtfilename->clear();
+    fillFileTypes();
+    resetLayout();
+}
+
 void OutputOptions::fillFileTypes()
 {
     cmbfiletype->clear();

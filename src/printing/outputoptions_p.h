@@ -37,8 +37,11 @@ public:
     ~OutputOptions() override;
 
     int destination() const;
-    // Back to the screen layout, "Text File" and the current boxes' texts left as they are.
+    // Back to the screen layout; the boxes keep their texts.
     void resetLayout();
+    // As the options first appear: empty page boxes, one copy, "Text File", no file name, the
+    // screen layout.
+    void clear();
     // Items "Text File" and " Doc File", the first chosen.
     void fillFileTypes();
     // The page numbers as 16-bit integers: an empty or non-numeric box raises run-time error 13,
