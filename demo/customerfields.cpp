@@ -8,9 +8,11 @@
 #include <PanelKestrin/msgbox.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/recordset.h>
+#include <PanelKestrin/registry.h>
 #include <PanelKestrin/toolbarbase.h>
 #include <PanelKestrin/variant.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDoubleValidator>
 #include <QFormLayout>
@@ -56,6 +58,16 @@ QString reportColumns()
 }
 
 const QDate kEmptyDate(1899, 12, 30);
+
+// Whether the user's short-date pattern ("dd/MM/yyyy", "M/d/yyyy"...) names the day first.
+bool userDatesDayFirst()
+{
+    const QString pattern = GetRegValue(HKEY_CURRENT_USER, QStringLiteral("\\Control Panel\\International"),
+                                        QStringLiteral("sShortDate"));
+    const int day = pattern.indexOf(QLatin1Char('d'), 0, Qt::CaseInsensitive);
+    const int month = pattern.indexOf(QLatin1Char('m'), 0, Qt::CaseInsensitive);
+    return day >= 0 && (month < 0 || day < month);
+}
 
 // A date column's parameter: the date as ISO text (as the database keeps dates), or NULL.
 QVariant dateParameter(const DTControl *date)
@@ -107,6 +119,9 @@ CustomerFields::CustomerFields(QWidget *parent) : QWidget(parent)
     m_phone = line(20);
     const auto dateBox = [this] {
         auto *date = new DTControl(this);
+        // Day and month in the order of the user's short dates, as the grids show them.
+        const QString order = userDatesDayFirst() ? QStringLiteral("dd/mm/yyyy") : QStringLiteral("mm/dd/yyyy");
+        date->setdDateFormat(order);
         connect(date->findChild<MaskEdBox *>(QStringLiteral("MaskEdBox1")), &QLineEdit::textChanged, this, [this] {
             if (!m_showing)
                 emit edited(); // typed or picked from the calendar
@@ -173,15 +188,55 @@ void CustomerFields::clear()
     m_active->setChecked(true);
 }
 
+namespace {
+
+// A read-only field shows its value in normal text on the form's own background, so that every
+// kind of field looks the same when it cannot be changed; an open one gets its white box back.
+void showBoxOpen(QWidget *field, bool open)
+{
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::Base, open ? QApplication::palette(field).color(QPalette::Base)
+                                          : palette.color(QPalette::Window));
+    field->setPalette(palette);
+}
+
+void setOpen(QLineEdit *field, bool open)
+{
+    field->setReadOnly(!open);
+    showBoxOpen(field, open);
+}
+
+void setOpen(QAbstractSpinBox *field, bool open)
+{
+    field->setReadOnly(!open);
+    showBoxOpen(field, open);
+}
+
+// The date box's mask takes no typing and its calendar stays shut.
+void setOpen(DTControl *field, bool open)
+{
+    setOpen(field->findChild<MaskEdBox *>(QStringLiteral("MaskEdBox1")), open);
+    field->findChild<QWidget *>(QStringLiteral("DTPicker1"))->setEnabled(open);
+}
+
+// A check box has no read-only state: a closed one lets clicks and the focus pass it by.
+void setOpen(QCheckBox *field, bool open)
+{
+    field->setAttribute(Qt::WA_TransparentForMouseEvents, !open);
+    field->setFocusPolicy(open ? Qt::StrongFocus : Qt::NoFocus);
+}
+
+} // namespace
+
 void CustomerFields::setEditing(bool editing, bool adding)
 {
-    m_code->setReadOnly(!(editing && adding));
+    setOpen(m_code, editing && adding);
     for (QLineEdit *edit : {m_name, m_city, m_phone, m_credit})
-        edit->setReadOnly(!editing);
-    m_discount->setReadOnly(!editing);
-    m_born->setEnabled(editing);
-    m_start->setEnabled(editing);
-    m_active->setEnabled(editing);
+        setOpen(edit, editing);
+    setOpen(m_discount, editing);
+    setOpen(m_born, editing);
+    setOpen(m_start, editing);
+    setOpen(m_active, editing);
     if (editing)
         (adding ? m_code : m_name)->setFocus();
 }

@@ -9,16 +9,20 @@ QList<DemoForm> demoForms()
 {
     return {
         {QObject::tr("Database summary"),
-         QObject::tr("The demo's tables with their row counts and the column descriptions the controls read."),
+         QObject::tr("The demo's tables with their row counts, and the column descriptions the controls read from "
+                     "the schema. Try: select a table to see its columns' types, sizes and nullability."),
          [](DemoContext &context) -> QWidget * { return new DatabaseSummaryForm(*context.connection); }},
         {QObject::tr("Customers"),
-         QObject::tr("The transaction toolbar: add, edit, delete, save and find customers; the form answers its events."),
+         QObject::tr("One customer at a time under the transaction toolbar, with date boxes for the dates. Try: Edit, "
+                     "change the name and Save; Add a customer; Esc to undo; Find by code or name."),
          [](DemoContext &context) -> QWidget * { return new CustomerForm(*context.connection); }},
         {QObject::tr("Customer browser"),
-         QObject::tr("The navigation toolbar moving through the customers one record at a time, with add, edit and delete."),
+         QObject::tr("The navigation toolbar over the customers in the order they were entered. Try: First, Prev, "
+                     "Next and Last; Add a customer and see it come last; Delete one without orders."),
          [](DemoContext &context) -> QWidget * { return new CustomerBrowseForm(*context.connection); }},
         {QObject::tr("Order lines"),
-         QObject::tr("The lines of one order in the editable grid with the grid toolbar: edit, add, delete, find and save."),
+         QObject::tr("One order's lines in the editable grid under the grid toolbar. Try: pick an order, Edit, change "
+                     "a quantity, Enter on the last cell to add a line, Find a value, then Save."),
          [](DemoContext &context) -> QWidget * { return new OrderLinesForm(*context.connection); }},
     };
 }

@@ -2,10 +2,8 @@
 
 #include <PanelKestrin/errorreporter.h>
 
-#include <QKeyEvent>
+#include <QCommandLinkButton>
 #include <QLabel>
-#include <QListWidget>
-#include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -15,30 +13,29 @@ MainWindow::MainWindow(DemoContext &context, const QString &database, QWidget *p
     setWindowTitle(tr("PanelKestrin order entry"));
     auto *central = new QWidget(this);
     auto *layout = new QVBoxLayout(central);
-    auto *label = new QLabel(tr("&Forms"), central);
-    m_list = new QListWidget(central);
-    label->setBuddy(m_list);
-    for (const DemoForm &form : m_forms) {
-        auto *item = new QListWidgetItem(form.title, m_list);
-        item->setToolTip(form.description);
-    }
-    auto *open = new QPushButton(tr("&Open"), central);
-    layout->addWidget(label);
-    layout->addWidget(m_list, 1);
-    layout->addWidget(open, 0, Qt::AlignRight);
-    setCentralWidget(central);
-    statusBar()->showMessage(tr("Database: %1").arg(database));
-
-    const auto openCurrent = [this] {
-        PanelKestrin::guardEvent(QStringLiteral("MainWindow.openForm"), [this] {
-            if (m_list->currentRow() >= 0)
-                openForm(m_list->currentRow());
+    auto *intro = new QLabel(tr("<b>PanelKestrin</b> is a library of controls for the data-entry forms of business "
+                                "applications: command toolbars, an editable grid, date boxes and report printing. "
+                                "Each form below is a host form of this small order-entry shop built on them."),
+                             central);
+    intro->setWordWrap(true);
+    layout->addWidget(intro);
+    for (int i = 0; i < m_forms.size(); ++i) {
+        auto *button = new QCommandLinkButton(m_forms.at(i).title, m_forms.at(i).description, central);
+        button->setObjectName(QStringLiteral("openForm_%1").arg(i));
+        layout->addWidget(button);
+        connect(button, &QCommandLinkButton::clicked, this, [this, i] {
+            PanelKestrin::guardEvent(QStringLiteral("MainWindow.openForm"), [this, i] { openForm(i); });
         });
-    };
-    connect(m_list, &QListWidget::itemActivated, this, openCurrent);
-    connect(open, &QPushButton::clicked, this, openCurrent);
-    m_list->setCurrentRow(0);
-    resize(520, 360);
+    }
+    layout->addStretch(1);
+    auto *databaseLabel = new QLabel(tr("Database: %1").arg(database), central);
+    databaseLabel->setObjectName(QStringLiteral("database"));
+    databaseLabel->setTextFormat(Qt::PlainText);
+    databaseLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout->addWidget(databaseLabel);
+    setCentralWidget(central);
+    statusBar()->showMessage(tr("Open a form: click it, or Tab to it and press Space."));
+    resize(640, 440);
 }
 
 QWidget *MainWindow::openForm(int index)

@@ -4,9 +4,8 @@
 
 #include <QMainWindow>
 
-class QListWidget;
-
-// The demo's main window: the list of host forms; Enter or a double click opens one.
+// The demo's main window: what the library is, one button per host form naming what the form
+// shows and what to try on it (Enter, Space or a click opens it), and the database in use.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -20,5 +19,4 @@ public:
 private:
     DemoContext &m_context;
     QList<DemoForm> m_forms;
-    QListWidget *m_list;
 };
