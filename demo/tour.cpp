@@ -3,6 +3,10 @@
 #include "mainwindow.h"
 #include "tourreports.h"
 
+#include <PanelKestrin/gridpanel.h>
+#include <PanelKestrin/trncontrol.h>
+#include <PanelKestrin/usercontrol1.h>
+
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
@@ -21,6 +25,21 @@ bool shoot(QWidget *widget, const QDir &dir, const QString &name, QTextStream &o
     }
     out << "wrote " << QDir::toNativeSeparators(path) << Qt::endl;
     return true;
+}
+
+// The command toolbars as the forms show them, one picture each (toolbar-<class>.png).
+bool shootToolbars(QWidget *form, const QDir &dir, QTextStream &out)
+{
+    bool ok = true;
+    const auto shootEach = [&](auto *toolbar) {
+        if (toolbar)
+            ok = shoot(toolbar, dir, QStringLiteral("toolbar-") + QString::fromLatin1(toolbar->metaObject()->className())
+                                         .section(QLatin1String("::"), -1).toLower(), out) && ok;
+    };
+    shootEach(form->findChild<PanelKestrin::TrnControl *>());
+    shootEach(form->findChild<PanelKestrin::UserControl1 *>());
+    shootEach(form->findChild<PanelKestrin::GridPanel *>());
+    return ok;
 }
 
 QString fileName(int index, const QString &title)
@@ -46,6 +65,7 @@ int runTour(MainWindow &window, const QString &folder)
     for (int i = 0; i < window.forms().size(); ++i) {
         QWidget *form = window.openForm(i);
         ok = shoot(form, dir, fileName(i + 1, window.forms().at(i).title), out) && ok;
+        ok = shootToolbars(form, dir, out) && ok;
         form->close();
     }
     ok = writeTourReports(dir, out) && ok;

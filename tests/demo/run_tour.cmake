@@ -55,7 +55,10 @@ set(reports
     "data-report-orders.pdf|%PDF"
     "data-report-orders.rtf|{\\rtf"
     "data-report-orders.txt|ORDERS"
-    "report-preview.png|PNG")
+    "report-preview.png|PNG"
+    "toolbar-trncontrol.png|PNG"
+    "toolbar-usercontrol1.png|PNG"
+    "toolbar-gridpanel.png|PNG")
 foreach(entry IN LISTS reports)
     string(REPLACE "|" ";" entry "${entry}")
     list(GET entry 0 name)
