@@ -3,7 +3,6 @@
 #include "grid/flexgridmodel_p.h"
 #include "shared/conversions_p.h"
 
-#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/variant.h>
 
