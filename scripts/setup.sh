@@ -3,14 +3,15 @@
 #   setup.sh            build and demo packages
 #   setup.sh test       the same plus the PostgreSQL server used by the data tests, the CUPS
 #                       scheduler and PDF queue backend the printer tests print to, and the PDF
-#                       and RTF readers (poppler-utils, unrtf) that the report tests read back with
+#                       and RTF readers (poppler-utils, unrtf) that the report tests read back with,
+#                       and widl (wine64-tools) that compiles the type description
 #   setup.sh fuzz       the same plus clang and its libFuzzer runtime for the fuzz targets
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config
           qt6-base-dev qt6-tools-dev libqt6sql6-sqlite libqt6sql6-psql libgl-dev
           libsqlite3-dev libpq-dev fonts-dejavu-core fonts-liberation)
 if [ "${1:-}" = test ]; then
-    packages+=(postgresql cups printer-driver-cups-pdf poppler-utils unrtf)
+    packages+=(postgresql cups printer-driver-cups-pdf poppler-utils unrtf wine64-tools)
 fi
 if [ "${1:-}" = fuzz ]; then
     packages+=(clang-14 libclang-rt-14-dev)
