@@ -67,6 +67,9 @@ frmprint::frmprint(QWidget *parent) : QDialog(parent)
     setObjectName(QStringLiteral("frmprint"));
     setWindowTitle(tr("Print Query Form"));
     setModal(true);
+    QFont small = font();
+    small.setPointSize(8);
+    setFont(small);
     CrystalReport1 = new ReportEngine(this);
     CrystalReport1->setObjectName(QStringLiteral("CrystalReport1"));
     createControls();
@@ -97,11 +100,11 @@ void frmprint::createControls()
     placeInTwips(txtfrom, 1500, 960, 1800, 315);
     DTPicker1 = datePicker(this, "DTPicker1");
     placeInTwips(DTPicker1, 1500, 960, 1800, 315);
-    Label9 = captionLabel(this, "Label9", tr("To Range"), 3420, 960, 800);
+    Label9 = captionLabel(this, "Label9", tr("To Range"), 3420, 960, 780);
     txtto = named(new QLineEdit(this), "txtto");
-    placeInTwips(txtto, 4080, 960, 1800, 315);
+    placeInTwips(txtto, 4200, 960, 1680, 315);
     DTPicker2 = datePicker(this, "DTPicker2");
-    placeInTwips(DTPicker2, 4080, 960, 1800, 315);
+    placeInTwips(DTPicker2, 4200, 960, 1680, 315);
     // The range boxes take digits only while the "Group On" field holds a number.
     const KeyPressRule rangeRule = [this](qint16 KeyAscii) { return !rangeTakesDigitsOnly() || isDigitKey(KeyAscii); };
     setKeyPressRule(txtfrom, QStringLiteral("frmprint.txtfrom_KeyPress"), rangeRule);

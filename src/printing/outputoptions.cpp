@@ -32,6 +32,10 @@ OutputOptions::OutputOptions(bool withFileName, int width, QWidget *parent)
 {
     setObjectName(QStringLiteral("Frame2"));
     setFrameShape(QFrame::StyledPanel);
+    // The captions fit their places in the small dialog font.
+    QFont small = font();
+    small.setPointSize(8);
+    setFont(small);
 
     const char *const captions[] = {QT_TR_NOOP("Screen"), QT_TR_NOOP("Printer"), QT_TR_NOOP("File")};
     for (int i = 0; i < 3; ++i) {
@@ -48,17 +52,17 @@ OutputOptions::OutputOptions(bool withFileName, int width, QWidget *parent)
     connect(cmdprintsetup, &QPushButton::clicked, this,
             [this] { guardEvent(QStringLiteral("cmdprintsetup_Click"), [this] { cmdprintsetup_Click(); }); });
 
-    Label2 = captionLabel(this, "Label2", tr("From Page"), 120, kPageRow, 840);
+    Label2 = captionLabel(this, "Label2", tr("From Page"), 120, kPageRow, 900);
     txtfrompage = named(new QLineEdit(this), "txtfrompage");
-    placeInTwips(txtfrompage, 960, kPageRow, 480, 315);
-    Label3 = captionLabel(this, "Label3", tr("To Page"), 1530, kPageRow, 660);
+    placeInTwips(txtfrompage, 1020, kPageRow, 420, 315);
+    Label3 = captionLabel(this, "Label3", tr("To Page"), 1530, kPageRow, 750);
     txttopage = named(new QLineEdit(this), "txttopage");
-    placeInTwips(txttopage, 2190, kPageRow, 480, 315);
-    Label1 = captionLabel(this, "Label1", tr("No. Of Copies"), 2760, kPageRow, 1140);
+    placeInTwips(txttopage, 2280, kPageRow, 420, 315);
+    Label1 = captionLabel(this, "Label1", tr("No. Of Copies"), 2790, kPageRow, 1170);
     txtnocopies = named(new QLineEdit(QStringLiteral("1"), this), "txtnocopies");
-    placeInTwips(txtnocopies, 3900, kPageRow, 450, 315);
+    placeInTwips(txtnocopies, 3960, kPageRow, 420, 315);
     UpDown1 = named(new QScrollBar(Qt::Vertical, this), "UpDown1");
-    placeInTwips(UpDown1, 4350, kPageRow, 240, 315);
+    placeInTwips(UpDown1, 4380, kPageRow, 240, 315);
     // The spinner counts the copies in its buddy box; its up arrow counts up.
     UpDown1->setRange(1, 999);
     UpDown1->setInvertedAppearance(true);
@@ -72,13 +76,13 @@ OutputOptions::OutputOptions(bool withFileName, int width, QWidget *parent)
     setKeyPressRule(txttopage, QStringLiteral("txttopage_KeyPress"),
                     [](qint16 KeyAscii) { return isDigitKey(KeyAscii) || KeyAscii == vbKeyBack; });
 
-    Label5 = captionLabel(this, "Label5", tr("File Type"), 120, kFileTypeRow, 840);
+    Label5 = captionLabel(this, "Label5", tr("File Type"), 120, kFileTypeRow, 900);
     cmbfiletype = named(new QComboBox(this), "cmbfiletype");
-    placeInTwips(cmbfiletype, 960, kFileTypeRow, 1710, 315);
+    placeInTwips(cmbfiletype, 1020, kFileTypeRow, 1680, 315);
     if (m_withFileName) {
-        Label4 = captionLabel(this, "Label4", tr("File Name"), 120, kFileNameRow, 840);
+        Label4 = captionLabel(this, "Label4", tr("File Name"), 120, kFileNameRow, 900);
         txtfilename = named(new QLineEdit(this), "txtfilename");
-        placeInTwips(txtfilename, 960, kFileNameRow, m_width - 1620, 315);
+        placeInTwips(txtfilename, 1020, kFileNameRow, m_width - 1680, 315);
         cmdfilehelp = named(new QPushButton(QStringLiteral("..."), this), "cmdfilehelp");
         placeInTwips(cmdfilehelp, m_width - 600, kFileNameRow, 420, 315);
         connect(cmdfilehelp, &QPushButton::clicked, this,
