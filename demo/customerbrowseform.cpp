@@ -1,6 +1,7 @@
 #include "customerbrowseform.h"
 
 #include "customerfields.h"
+#include "demoreportfiles.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
@@ -73,8 +74,12 @@ void CustomerBrowseForm::connectToolbar()
     });
     connect(bar, &UserControl1::Deleteclick, this, [this] { deleteCurrent(); });
     connect(bar, &UserControl1::findclick, this, [this] { findCustomer(); });
-    connect(bar, &UserControl1::printclick, this,
-            [this] { CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection); });
+    // Printed like the customer form: the report engine over RPTcustomers.rpt.
+    connect(bar, &UserControl1::printclick, this, [this] {
+        CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection);
+        m_toolbar->setReportToPrint(QStringLiteral("C"));
+        m_toolbar->setrpttitle(DemoReportFiles::path(QStringLiteral("RPTcustomers")));
+    });
 }
 
 // srset, like every report parameter, is one value for all the toolbars of the process: the

@@ -1,5 +1,6 @@
 #include "orderlinesform.h"
 
+#include "demoreportfiles.h"
 #include "orderlinestable.h"
 
 #include <PanelKestrin/connection.h>
@@ -8,6 +9,9 @@
 #include <PanelKestrin/gridcontrol.h>
 #include <PanelKestrin/gridpanel.h>
 #include <PanelKestrin/msgbox.h>
+#include <PanelKestrin/printsetup.h>
+#include <PanelKestrin/reportengine.h>
+#include <PanelKestrin/reportparameters.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/twips.h>
 
@@ -15,6 +19,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -71,6 +76,21 @@ OrderLinesForm::OrderLinesForm(Connection &connection, QWidget *parent)
     layout->addWidget(m_toolbar);
     layout->addWidget(m_grid, 1);
     layout->addWidget(hint);
+
+    // The order's own report: the print options panel beside the button that runs it.
+    m_report = new ReportEngine(this);
+    m_printSetup = new PrintSetup(this);
+    m_printSetup->setObjectName(QStringLiteral("PrintSetup1"));
+    m_printSetup->setCrystalReportObj(m_report);
+    auto *reportButton = new QPushButton(tr("Order &report"), this);
+    reportButton->setObjectName(QStringLiteral("cmdReport"));
+    connect(reportButton, &QPushButton::clicked, this,
+            [this] { guardEvent(QStringLiteral("OrderLinesForm.cmdReport_Click"), [this] { cmdReport_Click(); }); });
+    auto *reportRow = new QHBoxLayout;
+    reportRow->addWidget(m_printSetup);
+    reportRow->addWidget(reportButton, 0, Qt::AlignBottom);
+    reportRow->addStretch(1);
+    layout->addLayout(reportRow);
 
     m_toolbar->setUserGridName(m_grid);
     m_toolbar->setsrset(&m_lines);
@@ -271,32 +291,47 @@ void OrderLinesForm::validateCell(qint32 row, qint16 col, const QVariant &value,
     }
 }
 
-// The print query form reads the shared report parameters: this order's lines, grouped by
-// line, item or delivery date, with its items offered as criteria.
+// The print query form reads the shared report parameters: this order's lines as the data
+// report's ready-made "prntxt" lines, grouped by line, item or delivery date. The columns are
+// padded to fixed widths and joined with "+", which the database kind of the demo turns into
+// "||". No criteria are offered: on this path the chosen criteria value would also become the
+// order term.
 void OrderLinesForm::setReportParameters()
 {
     m_toolbar->setsrset(&m_lines);
     m_toolbar->setsortcaptions(tr("Line,Item,Delivery"));
     m_toolbar->setsortfields(QStringLiteral("line_no,item_code,delivery_date"));
-    // A derived table, so that the print form can add its own where clause.
-    m_toolbar->setselquery(QStringLiteral("SELECT * FROM (") + OrderLinesTable::selectStatement(orderNo())
-                           + QStringLiteral(") order_lines"));
-    m_toolbar->setrptheading(tr("Lines of order %1").arg(m_orders->currentText()));
-    m_toolbar->setrpttitle(tr("Order lines"));
-    QStringList items;
-    const VariantMatrix data = m_grid->DataArray();
-    for (int i = 0; i <= data.UBound(2); ++i) {
-        const QString code = OrderLinesTable::textOf(data(Column::ItemCode, i));
-        if (!code.isEmpty() && !items.contains(code))
-            items.append(code);
-    }
-    std::sort(items.begin(), items.end());
-    VariantMatrix criteria(0, std::max(int(items.size()) - 1, 1), 0, 1);
-    criteria(0, 0) = QString();
-    for (int i = 0; i < items.size(); ++i)
-        criteria(i, 0) = criteria(i, 1) = items.at(i);
-    m_toolbar->setSelectionCriteria(criteria);
-    m_toolbar->setSelectionField(QStringLiteral("item_code"));
+    const QString pad = QStringLiteral(" + '            '");
+    m_toolbar->setselquery(
+        QStringLiteral("SELECT prntxt FROM (SELECT line_no, item_code, delivery_date, "
+                       "substr(line_no%1, 1, 6) + substr(item_code%1, 1, 10) + substr(quantity%1, 1, 10) "
+                       "+ substr(unit_price%1, 1, 12) + COALESCE(delivery_date + '', '') AS prntxt "
+                       "FROM order_lines WHERE order_no = %2) order_lines")
+            .arg(pad)
+            .arg(orderNo()));
+    m_toolbar->setrptheading(QStringLiteral("%1%2%3%4%5")
+                                 .arg(tr("Line"), -6)
+                                 .arg(tr("Item"), -10)
+                                 .arg(tr("Qty"), -10)
+                                 .arg(tr("Unit price"), -12)
+                                 .arg(tr("Delivery")));
+    m_toolbar->setrpttitle(tr("Lines of order %1").arg(m_orders->currentText()));
+    // The grid toolbar has no ReportToPrint of its own; another form may have chosen the engine.
+    reportParameters().ReportToPrint = QStringLiteral("D");
+    VariantMatrix noCriteria(0, 1, 0, 1);
+    noCriteria(0, 0) = QString();
+    m_toolbar->setSelectionCriteria(noCriteria);
+}
+
+// The form's own report: the shipped order-lines report file for the order shown, run by the
+// report engine with the output chosen in the print options panel beside the button (the panel
+// writes it into the engine when the focus leaves it for the button).
+void OrderLinesForm::cmdReport_Click()
+{
+    m_report->setReportFileName(DemoReportFiles::path(QStringLiteral("order-lines.rpt")));
+    // The report's rows are titled "<order no>   <customer>".
+    m_report->setSelectionFormula(QStringLiteral("{order_lines.order_title} like '%1   *'").arg(orderNo()));
+    m_report->setAction(1);
 }
 
 // The report parameters are one set for the whole application: the form claims srset whenever

@@ -11,6 +11,8 @@ namespace PanelKestrin {
 class Connection;
 class GridPanel;
 class gridcontrol;
+class PrintSetup;
+class ReportEngine;
 } // namespace PanelKestrin
 
 // The lines of one order in the editable grid, driven by the grid page toolbar. The user picks
@@ -47,6 +49,7 @@ private:
     void validateCell(qint32 row, qint16 col, const QVariant &value, bool &Cancel);
     bool refuse(const QString &message, bool &Cancel);
     void setReportParameters();
+    void cmdReport_Click();
 
     PanelKestrin::Connection &m_connection;
     PanelKestrin::Recordset m_lines;
@@ -54,6 +57,8 @@ private:
     QLabel *m_summary;
     PanelKestrin::GridPanel *m_toolbar;
     PanelKestrin::gridcontrol *m_grid;
+    PanelKestrin::ReportEngine *m_report;
+    PanelKestrin::PrintSetup *m_printSetup;
     // The line numbers the grid was loaded with: those missing at a save were deleted.
     QSet<int> m_loadedLines;
     // The item codes a line may name.

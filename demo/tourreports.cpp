@@ -1,6 +1,7 @@
 #include "tourreports.h"
 
 #include "demoreportfiles.h"
+#include "tourprint.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/connectionsettings.h>
@@ -187,7 +188,7 @@ bool dataReport(const QDir &dir, QTextStream &out)
 bool writeTourReports(const QDir &dir, QTextStream &out)
 {
     bool ok = true;
-    for (const auto &run : {engineReports, dataReport}) {
+    for (const auto &run : {engineReports, dataReport, writeTourPrintQueries}) {
         try {
             ok = run(dir, out) && ok;
         } catch (const RuntimeError &e) {

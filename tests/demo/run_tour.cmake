@@ -58,7 +58,15 @@ set(reports
     "report-preview.png|PNG"
     "toolbar-trncontrol.png|PNG"
     "toolbar-usercontrol1.png|PNG"
-    "toolbar-gridpanel.png|PNG")
+    "toolbar-gridpanel.png|PNG"
+    "print-customers-screen-form.png|PNG"
+    "print-customers-screen-preview.png|PNG"
+    "print-customers-file.txt|CUSTOMERS"
+    "print-order-lines-screen-preview.png|PNG"
+    "print-order-lines-file-form.png|PNG"
+    "print-order-lines-file.txt|LINES OF ORDER"
+    "print-order-lines-panel.png|PNG"
+    "print-order-lines-panel.txt|ORDER LINES BY ORDER")
 foreach(entry IN LISTS reports)
     string(REPLACE "|" ";" entry "${entry}")
     list(GET entry 0 name)
