@@ -3,7 +3,6 @@
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/dtcontrol.h>
-#include <PanelKestrin/format.h>
 #include <PanelKestrin/maskedbox.h>
 #include <PanelKestrin/msgbox.h>
 #include <PanelKestrin/runtimeerror.h>
@@ -93,7 +92,7 @@ QString dateProblem(const DTControl *date, const QString &what, const QDate &ear
         return CustomerFields::tr("Enter the whole %1: day, month and four-digit year.").arg(what);
     if (value < earliest || value > latest)
         return CustomerFields::tr("The %1 must lie between %2 and %3.")
-            .arg(what, Format(earliest, QStringLiteral("dd/mm/yyyy")), Format(latest, QStringLiteral("dd/mm/yyyy")));
+            .arg(what, CStr(earliest), CStr(latest)); // as the user writes dates
     return QString();
 }
 
