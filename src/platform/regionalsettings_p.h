@@ -20,9 +20,10 @@ struct RegionalSettings {
     bool dayFirst() const;
 };
 
-// The settings in force. Read from the store once and kept until the store is written
-// through SetRegValue or DeleteRegValue, so that conversions run for every cell of a grid
-// cost no file access; a store edited by another process is seen after such a write.
+// The settings in force. Read from the store (and the locale, for what it does not hold) once
+// and kept until the store is written through SetRegValue or DeleteRegValue, so that
+// conversions run for every cell of a grid cost no file access; a store edited by another
+// process, or a new default QLocale, is seen after such a write.
 const RegionalSettings &regionalSettings();
 
 // Forgets the kept settings; the registry writers call it.
