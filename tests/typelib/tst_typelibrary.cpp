@@ -1,11 +1,8 @@
 // The published identities: pinned GUIDs and dispatch numbers, the numbering scheme, the
 // enumerations and records, and every member bound to a real member of a live control.
 
-#include <PanelKestrin/dtcontrol.h>
-#include <PanelKestrin/gridcontrol.h>
+#include <PanelKestrin/controlfactory.h>
 #include <PanelKestrin/gridpanel.h>
-#include <PanelKestrin/printsetup.h>
-#include <PanelKestrin/toolbarbase.h>
 #include <PanelKestrin/trncontrol.h>
 #include <PanelKestrin/typelibrary.h>
 #include <PanelKestrin/usercontrol1.h>
@@ -30,12 +27,7 @@ const TypeLibClass &cls(const QString &name)
 
 std::unique_ptr<QWidget> create(const QString &name)
 {
-    if (name == QLatin1String("TrnControl")) return std::make_unique<TrnControl>();
-    if (name == QLatin1String("UserControl1")) return std::make_unique<UserControl1>();
-    if (name == QLatin1String("GridPanel")) return std::make_unique<GridPanel>();
-    if (name == QLatin1String("gridcontrol")) return std::make_unique<gridcontrol>();
-    if (name == QLatin1String("DTControl")) return std::make_unique<DTControl>();
-    return std::make_unique<PrintSetup>();
+    return std::unique_ptr<QWidget>(CreateControl(name));
 }
 
 // Members a control declares for its own use or the container's, outside its published interface.
