@@ -284,7 +284,9 @@ void OrderLinesForm::validateCell(qint32 row, qint16 col, const QVariant &value,
         return;
     case Column::DeliveryDate:
         if (!text.isEmpty() && !IsDate(text))
-            refuse(tr("\"%1\" is not a date: type it as mm/dd/yyyy.").arg(text), Cancel);
+            refuse(tr("\"%1\" is not a date: type it the way today's date is written, %2.")
+                       .arg(text, CStr(QDate::currentDate())),
+                   Cancel);
         return;
     default:
         return;
