@@ -95,7 +95,7 @@ struct Report
 struct FormInput
 {
     int groupOn = 0; // Down presses on "Group On"
-    QString from, to;
+    QString from, to; // yyyy-mm-dd for a date field
     int destination = 0;
     QString fromPage, toPage;
     int fileType = 0;
@@ -127,8 +127,13 @@ inline void fill(QWidget *form, const FormInput &input)
     groupOn->setFocus();
     for (int i = 0; i < input.groupOn; ++i)
         QTest::keyClick(groupOn, Qt::Key_Down);
-    typeInto(form, "txtfrom", input.from);
-    typeInto(form, "txtto", input.to);
+    if (control<QLineEdit>(form, "txtfrom")->isVisible()) {
+        typeInto(form, "txtfrom", input.from);
+        typeInto(form, "txtto", input.to);
+    } else { // a date field: the range as picked from the calendars (from and to as yyyy-mm-dd)
+        control<QDateEdit>(form, "DTPicker1")->setDate(QDate::fromString(input.from, Qt::ISODate));
+        control<QDateEdit>(form, "DTPicker2")->setDate(QDate::fromString(input.to, Qt::ISODate));
+    }
     auto *option = control<QRadioButton>(form, qPrintable(QStringLiteral("optoutput_%1").arg(input.destination)));
     QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
     typeInto(form, "txtfrompage", input.fromPage);

@@ -86,6 +86,9 @@ void tst_frmprint_run::dataReport_data()
         << 1 << joined << QStringList() << 0 << "" << "I002" << "file" << codes(1, 2);
     FOR_EACH_ENGINE("kind 3: + joins become ||, pages 2 to 3 printed")
         << 3 << plus << QStringList() << 0 << "" << "" << "printer" << QStringList{"Page: 2", "Page: 3"};
+    // The date texts are month first, which PostgreSQL reads in its default date style.
+    QTest::newRow("postgres: a date range") << "postgres" << 2 << joined << QStringList() << 3 << "2024-01-11"
+                                            << "2024-01-13" << "screen" << codes(10, 12);
     FOR_EACH_ENGINE("criteria: the value chosen filters and orders")
         << 2 << joined << QStringList{"1", "Quantity one", "2", "Quantity two"} << 0 << "" << "" << "screen"
         << codes(1, 1);
@@ -161,6 +164,7 @@ void tst_frmprint_run::engineReport_data()
     FOR_EACH_ENGINE("pages 2 to 3 on the printer") << 0 << "" << "" << "printer"
                                                     << QStringList{"Page 2 of 3", "Page 3 of 3"};
     FOR_EACH_ENGINE("nothing selected") << 0 << "X" << "" << "none" << QStringList();
+    FOR_EACH_ENGINE("a date range, both days included") << 3 << "2024-01-11" << "2024-01-13" << "text" << codes(10, 12);
 }
 
 void tst_frmprint_run::engineReport()
