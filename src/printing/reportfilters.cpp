@@ -8,17 +8,18 @@ namespace {
 
 constexpr int kNumericType = 131;
 
-// How one dialect writes a range: the field term, the upper-casing function on each side, the
-// wildcard of "like", and the text that stands for a lone lower bound's prefix match.
+// How one dialect writes a range: the field term, the upper-casing function around the field
+// and around each value (the SQL text spells them in mixed case), the wildcard of "like", and
+// what stands before a lone from value's prefix match.
 struct Dialect
 {
-    QString field;         // {T.F} or F
-    QString upperField;    // uppercase( / Upper(  applied to the field
-    QString upperFromLow;  // the function on the lower bound's value
-    QString upperToHigh;   // the function on the upper bound's value
-    QString upperLike;     // the function on the pattern
+    QString field;      // {T.F} or F
+    QString upperField; // uppercase( / Upper(
+    QString upperFrom;  // around the from value
+    QString upperTo;    // around the to value
+    QString upperLike;  // around the pattern
     QChar wildcard;
-    QString lonePrefix;    // what starts a lone from value's prefix match
+    QString lonePrefix;
 };
 
 QString rangeText(const ReportFilterInput &input, const Dialect &d)
@@ -37,11 +38,11 @@ QString rangeText(const ReportFilterInput &input, const Dialect &d)
     }
     const QString upperField = d.upperField + d.field + QLatin1Char(')');
     if (!input.fromText.trimmed().isEmpty())
-        range = upperField + QStringLiteral(" >= ") + d.upperFromLow + QLatin1Char('\'') + input.fromText
+        range = upperField + QStringLiteral(" >= ") + d.upperFrom + QLatin1Char('\'') + input.fromText
                 + QStringLiteral("')");
     if (!input.toText.trimmed().isEmpty()) {
         range = (range.isEmpty() ? QString() : range + QStringLiteral(" and ")) + upperField + QStringLiteral(" <= ")
-                + d.upperToHigh + QLatin1Char('\'') + input.toText + QStringLiteral("')");
+                + d.upperTo + QLatin1Char('\'') + input.toText + QStringLiteral("')");
         // Every value that begins with the to text is inside the range.
         range = QLatin1Char('(') + range + QStringLiteral(") or ") + upperField + QStringLiteral(" like ")
                 + d.upperLike + QLatin1Char('\'') + input.toText + d.wildcard + QStringLiteral("')");
