@@ -173,13 +173,15 @@ QVariant CallByName(QObject *Object, const QString &ProcName, CallType Call, con
     }
     case VbLet:
     case VbSet: {
+        // A run-time assignment goes through the class's invokable setter when it has one;
+        // the property's own writer may be the design-time one that form files use.
+        const QList<QMetaMethod> setters = methodsNamed(mo, QStringLiteral("set") + ProcName);
+        if (!setters.isEmpty())
+            return callMatching(Object, setters, Args, what);
         if (Args.size() == 1 && property) {
             writeProperty(Object, *property, Args.first(), what);
             return QVariant();
         }
-        const QList<QMetaMethod> setters = methodsNamed(mo, QStringLiteral("set") + ProcName);
-        if (!setters.isEmpty())
-            return callMatching(Object, setters, Args, what);
         if (property)
             raise(ErrWrongArgumentCount, what);
         break;

@@ -23,8 +23,9 @@ enum CallType : int {
 // - VbMethod calls the method whose parameter count matches Args (a property without
 //   arguments is read);
 // - VbGet reads the property, or calls a method (e.g. an indexed getter taking Args);
-// - VbLet / VbSet write the property with Args' single value, or call "set<ProcName>" with Args
-//   (write-only and indexed properties).
+// - VbLet / VbSet call "set<ProcName>" with Args when the class offers it as a public, invokable
+//   member (write-only and indexed properties, and run-time assignments whose property writer
+//   is for form files), else write the property with Args' single value.
 // Arguments are converted to the parameter types. Returns the method's return value (Empty for
 // none) or the property's value. On a QWidget, "Left", "Top", "Width" and "Height" that its
 // class does not declare itself are its frame geometry in twips (read and written).

@@ -28,7 +28,10 @@ struct ToolbarButton;
 class PANELKESTRIN_EXPORT ToolbarBase : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(QString cmdenable READ cmdenable WRITE setcmdenable)
+    // A form file (Designer, QUiLoader) sets cmdenable as a design-time value: stored, never
+    // applied to the buttons, as a property-bag read. The host's run-time assignment is
+    // setcmdenable, which late binding and Dispatch call.
+    Q_PROPERTY(QString cmdenable READ cmdenable WRITE setCmdenable)
     Q_PROPERTY(PanelKestrin::Recordset *srset READ srset WRITE setsrset)
     Q_PROPERTY(QString sortcaptions READ sortcaptions WRITE setsortcaptions)
     Q_PROPERTY(QString sortfields READ sortfields WRITE setsortfields)
@@ -46,9 +49,9 @@ public:
     QString cmdenable() const;
     // Stores the string, then enables button i unless character i + 1 is "0" (a missing
     // character enables, extra characters are ignored), and notifies "cmdenable".
-    void setcmdenable(const QString &cmdenable);
-    // What a compiled form file (.ui) calls for a cmdenable set in Designer: a design-time
-    // value, stored like a property-bag read and never applied to the buttons.
+    Q_INVOKABLE void setcmdenable(const QString &cmdenable);
+    // What a form file (.ui, compiled or loaded) sets for a cmdenable given in Designer: a
+    // design-time value, stored like a property-bag read and never applied to the buttons.
     void setCmdenable(const QString &cmdenable);
 
     // Presses button Index from code. Errors reach the caller as RuntimeError (the navigation

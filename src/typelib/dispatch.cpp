@@ -72,7 +72,7 @@ void writeMember(QObject *control, const TypeLibMember &m, const DispatchBinding
                  const QString &what)
 {
     const QVariant given = toControl(m, value);
-    if (b.property && b.property->isWritable()) {
+    if (!b.setter && b.property && b.property->isWritable()) {
         const QVariant converted = convertArgument(given, b.property->metaType(), what);
         if (!b.property->write(control, converted))
             raise(ErrTypeMismatch, what);

@@ -9,8 +9,7 @@ bool sameName(const char *declared, const QString &name)
     return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
 }
 
-// A property of that name, the exact spelling first (a class may declare two spellings, as the
-// toolbars' design-time "Cmdenable" beside "cmdenable"), then any case; most derived first.
+// A property of that name, the exact spelling first, then any case; most derived first.
 std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString &name)
 {
     for (int i = mo->propertyCount() - 1; i >= 0; --i) {
@@ -69,7 +68,9 @@ DispatchBinding bindMember(const QMetaObject *mo, const TypeLibMember &member)
         b.property = propertyNamed(mo, member.name);
         if (member.get && !(b.property && b.property->isReadable()))
             b.getter = methodTaking(mo, member.name, 0);
-        if ((member.put || member.putRef) && !(b.property && b.property->isWritable()))
+        // A run-time assignment prefers the invokable setter: where a class has both, the
+        // property's writer is the design-time one that form files use (cmdenable).
+        if (member.put || member.putRef)
             b.setter = methodTaking(mo, QStringLiteral("set") + member.name, 1);
         break;
     case TypeLibMember::Method: {

@@ -33,7 +33,7 @@ std::unique_ptr<QWidget> create(const QString &name)
 // Members a control declares for its own use or the container's, outside its published interface.
 const QStringList unpublished = {
     QStringLiteral("InitProperties"), QStringLiteral("PropertyChanged"), QStringLiteral("pop_Click"),
-    QStringLiteral("CmdGridFind_Click"), QStringLiteral("Cmdenable")};
+    QStringLiteral("CmdGridFind_Click")};
 
 } // namespace
 
