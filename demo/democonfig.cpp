@@ -42,9 +42,12 @@ QString DemoConfig::description() const
     if (usesFile())
         return QObject::tr("SQLite file %1").arg(QDir::toNativeSeparators(databasePath));
     const QString provider = connectValue(connectOverride, QStringLiteral("Provider"));
+    if (provider.startsWith(QLatin1String("SQLite"), Qt::CaseInsensitive))
+        return QObject::tr("SQLite file %1")
+            .arg(connectValue(connectOverride, QStringLiteral("(?:Data Source|Database|Filename)")).remove(QLatin1Char('"')));
     const QString database = connectValue(connectOverride, QStringLiteral("(?:Database|Initial Catalog|dbname)"));
     const QString host = connectValue(connectOverride, QStringLiteral("(?:Host|Server|Data Source|Hostname)"));
     const QString port = connectValue(connectOverride, QStringLiteral("Port"));
-    QString where = host.isEmpty() ? QString() : QObject::tr(" on %1").arg(port.isEmpty() ? host : host + QLatin1Char(':') + port);
+    const QString where = host.isEmpty() ? QString() : QObject::tr(" on %1").arg(port.isEmpty() ? host : host + QLatin1Char(':') + port);
     return QObject::tr("%1 database %2%3").arg(provider, database, where);
 }
