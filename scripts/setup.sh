@@ -8,7 +8,7 @@
 #   setup.sh fuzz       the same plus clang and its libFuzzer runtime for the fuzz targets
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config
-          qt6-base-dev qt6-tools-dev libqt6sql6-sqlite libqt6sql6-psql libgl-dev
+          qt6-base-dev qt6-tools-dev libqt6opengl6-dev designer-qt6 libqt6sql6-sqlite libqt6sql6-psql libgl-dev
           libsqlite3-dev libpq-dev fonts-dejavu-core fonts-liberation)
 if [ "${1:-}" = test ]; then
     packages+=(postgresql cups printer-driver-cups-pdf poppler-utils unrtf wine64-tools)
