@@ -218,10 +218,39 @@ void setOpen(DTControl *field, bool open)
     field->findChild<QWidget *>(QStringLiteral("DTPicker1"))->setEnabled(open);
 }
 
-// A check box has no read-only state: a closed one lets clicks and the focus pass it by.
+// A check box has no read-only state. A closed one takes no focus and this filter swallows
+// whatever would toggle it: clicks, keys and its mnemonic.
+class ClosedCheckBox : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::Shortcut:
+            return true;
+        default:
+            return QObject::eventFilter(watched, event);
+        }
+    }
+};
+
 void setOpen(QCheckBox *field, bool open)
 {
-    field->setAttribute(Qt::WA_TransparentForMouseEvents, !open);
+    auto *closed = field->findChild<ClosedCheckBox *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!closed)
+        closed = new ClosedCheckBox(field);
+    if (open)
+        field->removeEventFilter(closed);
+    else
+        field->installEventFilter(closed);
     field->setFocusPolicy(open ? Qt::StrongFocus : Qt::NoFocus);
 }
 
