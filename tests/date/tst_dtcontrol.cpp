@@ -7,6 +7,8 @@
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/variant.h>
 
+#include "regionaltestsupport.h"
+
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QFile>
@@ -108,6 +110,8 @@ private slots:
     void leaving();
     void value_data();
     void value();
+    void orderIsNotTheRegionalOne_data();
+    void orderIsNotTheRegionalOne();
     void dateFormats_data();
     void dateFormats();
     void calendar();
@@ -332,6 +336,37 @@ void tst_dtcontrol::value()
     QCOMPARE(box->Text(), text.isEmpty() ? before : text);
     if (!text.isEmpty())
         QCOMPARE(control.value(), date.isValid() ? date : kEmptyDate);
+}
+
+Q_DECLARE_METATYPE(RegionalTest::Settings)
+
+// The mask is read and written in the order dDateFormat sets, whatever order the user's short
+// dates follow; only the separator is the user's.
+void tst_dtcontrol::orderIsNotTheRegionalOne_data()
+{
+    QTest::addColumn<RegionalTest::Settings>("settings");
+    QTest::addColumn<QString>("order");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("US settings, day first") << RegionalTest::us() << "" << "25/12/2005";
+    QTest::newRow("UK settings, month first") << RegionalTest::uk() << "mm/dd/yyyy" << "12/25/2005";
+    QTest::newRow("German settings, month first") << RegionalTest::german() << "mm/dd/yyyy" << "12.25.2005";
+}
+
+void tst_dtcontrol::orderIsNotTheRegionalOne()
+{
+    QFETCH(RegionalTest::Settings, settings);
+    QFETCH(QString, order);
+    QFETCH(QString, text);
+    RegionalTest::Scope regional;
+    regional.set(settings);
+    DTControl control;
+    control.setdDateFormat(order);
+    control.setvalue(QDate(2005, 12, 25));
+    auto *box = control.findChild<MaskEdBox *>();
+    QCOMPARE(box->Text(), text);
+    box->setText(QString(text).replace(QStringLiteral("25"), QStringLiteral("24")));
+    QCOMPARE(control.value(), QDate(2005, 12, 24));
 }
 
 void tst_dtcontrol::dateFormats_data()
