@@ -28,7 +28,8 @@ constexpr int ItemRows = 150;
 inline const QString ItemsTable = QStringLiteral("frmprint_items");
 inline const QString GuardTable = QStringLiteral("frmprint_guard");
 
-// Items I001 ... I150 named "Name 001" ..., quantity n, added 2024-01-01 + n days; and a guard
+// Items I001 ... I150 named the other way round ("Name 150" ... "Name 001"), so that an order by
+// name shows, quantity n, added 2024-01-01 + n days; and a guard
 // table that a statement slipped into a filter would try to change or drop.
 struct Items
 {
@@ -50,8 +51,9 @@ struct Items
         cn.Execute(QStringLiteral("INSERT INTO %1 VALUES (42)").arg(GuardTable));
         QStringList rows;
         for (int n = 1; n <= ItemRows; ++n)
-            rows << QStringLiteral("('I%1', 'Name %1', %2, '%3')")
+            rows << QStringLiteral("('I%1', 'Name %2', %3, '%4')")
                         .arg(n, 3, 10, QLatin1Char('0'))
+                        .arg(ItemRows + 1 - n, 3, 10, QLatin1Char('0'))
                         .arg(n)
                         .arg(QDate(2024, 1, 1).addDays(n).toString(Qt::ISODate));
         cn.Execute(QStringLiteral("INSERT INTO %1 VALUES %2").arg(ItemsTable, rows.join(u',')));
@@ -202,7 +204,7 @@ struct Run
     }
 };
 
-// The item codes of a report's detail lines ("I005 ... Name 005"), in order.
+// The item codes of a report's detail lines ("I005 ... Name 146"), in order.
 inline QStringList itemCodes(const QStringList &lines)
 {
     static const QRegularExpression detail(QStringLiteral("\\b(I\\d{3})\\s+Name \\d{3}"));
