@@ -32,15 +32,17 @@ class PANELKESTRIN_EXPORT ToolbarBase : public QWidget
     // applied to the buttons, as a property-bag read. The host's run-time assignment is
     // setcmdenable, which late binding and Dispatch call.
     Q_PROPERTY(QString cmdenable READ cmdenable WRITE setCmdenable)
-    Q_PROPERTY(PanelKestrin::Recordset *srset READ srset WRITE setsrset)
-    Q_PROPERTY(QString sortcaptions READ sortcaptions WRITE setsortcaptions)
-    Q_PROPERTY(QString sortfields READ sortfields WRITE setsortfields)
-    Q_PROPERTY(QString selquery READ selquery WRITE setselquery)
-    Q_PROPERTY(QString rptheading READ rptheading WRITE setrptheading)
-    Q_PROPERTY(QString rpttitle READ rpttitle WRITE setrpttitle)
-    Q_PROPERTY(PanelKestrin::VariantMatrix SelectionCriteria READ SelectionCriteria WRITE setSelectionCriteria)
-    Q_PROPERTY(QString SelectionField READ SelectionField WRITE setSelectionField)
-    Q_PROPERTY(PanelKestrin::VariantMatrix RptParameter READ RptParameter WRITE setRptParameter)
+    // The report properties exist at run time only: a form file never carries them, so that
+    // loading a form cannot overwrite the report parameters every toolbar shares.
+    Q_PROPERTY(PanelKestrin::Recordset *srset READ srset WRITE setsrset DESIGNABLE false)
+    Q_PROPERTY(QString sortcaptions READ sortcaptions WRITE setsortcaptions DESIGNABLE false)
+    Q_PROPERTY(QString sortfields READ sortfields WRITE setsortfields DESIGNABLE false)
+    Q_PROPERTY(QString selquery READ selquery WRITE setselquery DESIGNABLE false)
+    Q_PROPERTY(QString rptheading READ rptheading WRITE setrptheading DESIGNABLE false)
+    Q_PROPERTY(QString rpttitle READ rpttitle WRITE setrpttitle DESIGNABLE false)
+    Q_PROPERTY(PanelKestrin::VariantMatrix SelectionCriteria READ SelectionCriteria WRITE setSelectionCriteria DESIGNABLE false)
+    Q_PROPERTY(QString SelectionField READ SelectionField WRITE setSelectionField DESIGNABLE false)
+    Q_PROPERTY(PanelKestrin::VariantMatrix RptParameter READ RptParameter WRITE setRptParameter DESIGNABLE false)
 
 public:
     ~ToolbarBase() override;

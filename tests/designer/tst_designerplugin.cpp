@@ -160,9 +160,15 @@ private slots:
             QCOMPARE(copy->property(qPrintable(it.key())), it.value());
 
         // A toolbar's cmdenable is the stored design-time string; its buttons stay as designed.
+        // Its report properties, shared by every toolbar, are run-time only: no form carries them.
         if (auto *toolbar = qobject_cast<ToolbarBase *>(copy)) {
             for (QAbstractButton *b : toolbar->findChildren<QAbstractButton *>())
                 QVERIFY2(b->isEnabled(), qPrintable(b->objectName()));
+            for (const char *shared : {"srset", "sortcaptions", "sortfields", "selquery", "rptheading", "rpttitle",
+                                       "SelectionCriteria", "SelectionField", "RptParameter"}) {
+                const QMetaProperty p = toolbar->metaObject()->property(toolbar->metaObject()->indexOfProperty(shared));
+                QVERIFY2(p.isValid() && !p.isDesignable(), shared);
+            }
         }
     }
 };
