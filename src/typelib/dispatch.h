@@ -54,7 +54,8 @@ public:
                            const QVariantList &args = {});
 
     // Delivers every event of the control's event interface to sink, from now until the
-    // returned connection is deleted (or the control is). Raises RuntimeError 91 for no
+    // returned connection is deleted. The connection is a child of the control and goes with
+    // it (hold it in a QPointer when the control may go first). Raises RuntimeError 91 for no
     // control and 438 for an object that is not a published control.
     static QObject *Advise(QObject *control, EventSink sink);
 };
