@@ -4,9 +4,13 @@
 #include "platform/latebinding_p.h"
 #include "typelib/dispatchbinding_p.h"
 #include "typelib/eventrelay_p.h"
+#include "typelib/olecolor_p.h"
 
 #include <QColor>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QWidget>
 
 namespace PanelKestrin {
 
@@ -33,28 +37,29 @@ QString describe(const TypeLibClass &c, const QString &member)
     return QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2").arg(member, c.name);
 }
 
-// Colours travel as OLE_COLOR numbers (blue in the high byte, red in the low one) and are
-// QColor on the control.
+// Colours travel as OLE_COLOR numbers and are QColor on the control.
 bool isColour(const TypeLibMember &m)
 {
     return m.type == QLatin1String("OLE_COLOR");
 }
 
-QVariant toControl(const TypeLibMember &m, const QVariant &value)
+// A number for a colour becomes the colour, a system colour taken from the control's palette.
+QVariant toControl(const QObject *control, const TypeLibMember &m, const QVariant &value, const QString &what)
 {
+    if (!isColour(m) || value.metaType().id() == QMetaType::QColor)
+        return value;
     bool numeric = false;
-    const uint n = value.toUInt(&numeric);
-    if (isColour(m) && numeric && value.metaType().id() != QMetaType::QColor)
-        return QColor(int(n & 0xFF), int((n >> 8) & 0xFF), int((n >> 16) & 0xFF));
-    return value;
+    value.toLongLong(&numeric);
+    if (!numeric)
+        return value;
+    const auto *widget = qobject_cast<const QWidget *>(control);
+    return colourFromOleColor(value, widget ? widget->palette() : QGuiApplication::palette(), what);
 }
 
 QVariant toHost(const TypeLibMember &m, const QVariant &value)
 {
-    if (isColour(m) && value.metaType().id() == QMetaType::QColor) {
-        const QColor c = value.value<QColor>();
-        return qint32(c.red() | (c.green() << 8) | (c.blue() << 16));
-    }
+    if (isColour(m) && value.metaType().id() == QMetaType::QColor)
+        return oleColorFromColour(value.value<QColor>());
     return value;
 }
 
@@ -71,7 +76,7 @@ QVariant readMember(QObject *control, const TypeLibMember &m, const DispatchBind
 void writeMember(QObject *control, const TypeLibMember &m, const DispatchBinding &b, QVariant &value,
                  const QString &what)
 {
-    const QVariant given = toControl(m, value);
+    const QVariant given = toControl(control, m, value, what);
     if (!b.setter && b.property && b.property->isWritable()) {
         const QVariant converted = convertArgument(given, b.property->metaType(), what);
         if (!b.property->write(control, converted))

@@ -204,6 +204,49 @@ private slots:
         QCOMPARE(get(date, DateBackColor).toInt(), 0x0000FF);
     }
 
+    // Host forms set colours as OLE_COLOR numbers: an RGB value, or a system colour (high bit
+    // set, often held in a signed Long) that takes the colour of the platform's palette.
+    void coloursFromHostNumbers_data()
+    {
+        QTest::addColumn<QVariant>("number");
+        QTest::addColumn<QColor>("expected");
+        const QPalette palette = date->palette();
+        QTest::newRow("rgb") << QVariant(0x00CCFFFF) << QColor(255, 255, 204);
+        QTest::newRow("window background") << QVariant(qint64(0x80000005)) << palette.color(QPalette::Base);
+        QTest::newRow("button face as a Long") << QVariant(qint32(-2147483633)) << palette.color(QPalette::Button);
+        QTest::newRow("tool tip background") << QVariant(qint64(0x80000018)) << palette.color(QPalette::ToolTipBase);
+    }
+
+    void coloursFromHostNumbers()
+    {
+        QFETCH(QVariant, number);
+        QFETCH(QColor, expected);
+        put(date, DateBackColor, QColor(Qt::black));
+        put(date, DateBackColor, number);
+        QCOMPARE(date->BackColor(), expected);
+    }
+
+    void coloursOutOfRange_data()
+    {
+        QTest::addColumn<QVariant>("number");
+        QTest::newRow("above white") << QVariant(0x01000000);
+        QTest::newRow("no such system colour") << QVariant(qint64(0x80000019));
+        QTest::newRow("negative") << QVariant(-1);
+    }
+
+    void coloursOutOfRange()
+    {
+        QFETCH(QVariant, number);
+        put(date, DateBackColor, QColor(Qt::red));
+        try {
+            put(date, DateBackColor, number);
+            QFAIL("no error raised");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.Number(), int(ErrInvalidPropertyValue));
+        }
+        QCOMPARE(date->BackColor(), QColor(Qt::red));
+    }
+
     void namesMatchAnyCase()
     {
         QCOMPARE(Dispatch::GetIDOfName(toolbar, QStringLiteral("CMDENABLE")), qint32(TrnCmdenable));
