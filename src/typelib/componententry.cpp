@@ -20,6 +20,7 @@ constexpr HRESULT kOk = 0;
 constexpr HRESULT kFalse = 1;
 constexpr HRESULT kPointer = HRESULT(0x80004003);
 constexpr HRESULT kClassNotAvailable = HRESULT(0x80040111);
+constexpr HRESULT kClassesNotRegistered = HRESULT(0x80040201); // the classes could not be (un)registered
 
 // The dispatch marshaller that carries calls to dispatch-only interfaces.
 const QString dispatchProxy = QStringLiteral("{00020420-0000-0000-C000-000000000046}");
@@ -96,17 +97,29 @@ QList<Entry> registrationEntries()
 
 extern "C" {
 
+// The store does not say when it cannot be written, so what was recorded is read back: the
+// installer that called learns of a store it may not write instead of a silent success.
 HRESULT DllRegisterServer(void)
 {
-    for (const Entry &e : registrationEntries())
+    const QList<Entry> entries = registrationEntries();
+    for (const Entry &e : entries)
         SetRegValue(HKEY_CURRENT_USER, e.key, e.name, e.value);
+    for (const Entry &e : entries) {
+        if (GetRegValue(HKEY_CURRENT_USER, e.key, e.name) != e.value)
+            return kClassesNotRegistered;
+    }
     return kOk;
 }
 
 HRESULT DllUnregisterServer(void)
 {
-    for (const Entry &e : registrationEntries())
+    const QList<Entry> entries = registrationEntries();
+    for (const Entry &e : entries)
         DeleteRegValue(HKEY_CURRENT_USER, e.key, e.name);
+    for (const Entry &e : entries) {
+        if (!GetRegValue(HKEY_CURRENT_USER, e.key, e.name).isEmpty())
+            return kClassesNotRegistered;
+    }
     return kOk;
 }
 

@@ -55,9 +55,10 @@ extern "C" {
 
 // Records the six classes, their interfaces and the type library in the per-user registry
 // store (HKEY_CURRENT_USER "Software\Classes": CLSID, ProgID "PanelKestrin.<class>",
-// Interface, TypeLib), the library file as the in-process server.
+// Interface, TypeLib), the library file as the in-process server. S_OK, or
+// SELFREG_E_CLASS (0x80040201) when the store could not be written.
 PANELKESTRIN_EXPORT HRESULT DllRegisterServer(void);
-// Removes exactly what DllRegisterServer recorded.
+// Removes exactly what DllRegisterServer recorded; SELFREG_E_CLASS when some of it stays.
 PANELKESTRIN_EXPORT HRESULT DllUnregisterServer(void);
 // The class object of a published class (riid IClassFactory or IUnknown).
 // CLASS_E_CLASSNOTAVAILABLE for another class identity.

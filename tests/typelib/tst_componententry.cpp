@@ -92,6 +92,22 @@ private slots:
         QCOMPARE(storeContents(), before);
     }
 
+    // An installer must learn that nothing was recorded: here the store's folder is a file.
+    void storeThatCannotBeWritten()
+    {
+        QTemporaryDir home;
+        const QByteArray realHome = qgetenv("HOME");
+        qputenv("HOME", home.path().toLocal8Bit());
+        const QString blocked = QFileInfo(RegistryStoreFileName()).absolutePath();
+        QVERIFY(QDir().mkpath(QFileInfo(blocked).absolutePath()));
+        QFile file(blocked);
+        const bool blockedMade = blocked.startsWith(home.path()) && file.open(QIODevice::WriteOnly);
+        const HRESULT registered = DllRegisterServer();
+        qputenv("HOME", realHome);
+        QVERIFY(blockedMade);
+        QCOMPARE(registered, HRESULT(0x80040201)); // the classes could not be registered
+    }
+
     void classObjectCreatesEachControl_data()
     {
         QTest::addColumn<QUuid>("clsid");
