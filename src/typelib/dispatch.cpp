@@ -1,6 +1,8 @@
+#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/dispatch.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/typelibrary.h>
+#include <PanelKestrin/variant.h>
 #include "platform/latebinding_p.h"
 #include "typelib/dispatchbinding_p.h"
 #include "typelib/eventrelay_p.h"
@@ -43,10 +45,20 @@ bool isColour(const TypeLibMember &m)
     return m.type == QLatin1String("OLE_COLOR");
 }
 
-// A number for a colour becomes the colour, a system colour taken from the control's palette.
-QVariant toControl(const QObject *control, const TypeLibMember &m, const QVariant &value, const QString &what)
+// A host's value for a parameter of the declared type, read as the host's own conversions read
+// it: a date text or serial number is the date, a Boolean text "True", "False" or a number, a
+// colour number the colour (a system colour taken from the control's palette). Anything else is
+// left to the plain conversion to the member's C++ type.
+QVariant toControl(const QObject *control, const QString &type, const QVariant &value, const QString &what)
 {
-    if (!isColour(m) || value.metaType().id() == QMetaType::QColor)
+    const int given = value.metaType().id();
+    if (isEmpty(value) || isNull(value))
+        return value;
+    if (type == QLatin1String("DATE") && given != QMetaType::QDate && given != QMetaType::QDateTime)
+        return CDate(value);
+    if (type == QLatin1String("VARIANT_BOOL") && given == QMetaType::QString)
+        return CBool(value);
+    if (type != QLatin1String("OLE_COLOR") || given == QMetaType::QColor)
         return value;
     bool numeric = false;
     value.toLongLong(&numeric);
@@ -76,7 +88,7 @@ QVariant readMember(QObject *control, const TypeLibMember &m, const DispatchBind
 void writeMember(QObject *control, const TypeLibMember &m, const DispatchBinding &b, QVariant &value,
                  const QString &what)
 {
-    const QVariant given = toControl(control, m, value, what);
+    const QVariant given = toControl(control, m.type, value, what);
     if (!b.setter && b.property && b.property->isWritable()) {
         const QVariant converted = convertArgument(given, b.property->metaType(), what);
         if (!b.property->write(control, converted))
@@ -110,7 +122,8 @@ QVariant callMethod(QObject *control, const TypeLibMember &m, const DispatchBind
 
     std::vector<QVariant> converted;
     for (int i = 0; i < fixed; ++i)
-        converted.push_back(convertArgument(args.at(i), parameterType(*method, i), what));
+        converted.push_back(
+            convertArgument(toControl(control, m.params.at(i).type, args.at(i), what), parameterType(*method, i), what));
     if (m.varArg)
         converted.push_back(QVariant(args.mid(fixed)));
     const QVariant result = invokeMethod(control, *method, converted);

@@ -247,6 +247,40 @@ private slots:
         QCOMPARE(date->BackColor(), QColor(Qt::red));
     }
 
+    // A host hands over what its variables hold: a date as text or as a serial number, a
+    // Boolean as text. They convert as the host's own code would convert them, or raise 13.
+    void hostValuesConvert_data()
+    {
+        QTest::addColumn<bool>("onGrid"); // else the date box
+        QTest::addColumn<qint32>("dispId");
+        QTest::addColumn<QVariant>("given");
+        QTest::addColumn<QVariant>("expected");
+        QTest::addColumn<int>("error");
+        QTest::newRow("date as text") << false << qint32(DateValue) << QVariant("11/23/2026") << QVariant(QDate(2026, 11, 23)) << 0;
+        QTest::newRow("date as serial number") << false << qint32(DateValue) << QVariant(46349.0) << QVariant(QDate(2026, 11, 23)) << 0;
+        QTest::newRow("text that is no date") << false << qint32(DateValue) << QVariant("soon") << QVariant() << 13;
+        QTest::newRow("Boolean as text") << true << qint32(GridShowMenu) << QVariant("True") << QVariant(true) << 0;
+        QTest::newRow("Boolean as number text") << true << qint32(GridShowMenu) << QVariant("0") << QVariant(false) << 0;
+        QTest::newRow("text that is no Boolean") << true << qint32(GridShowMenu) << QVariant("abc") << QVariant() << 13;
+    }
+
+    void hostValuesConvert()
+    {
+        QFETCH(bool, onGrid);
+        QFETCH(qint32, dispId);
+        QFETCH(QVariant, given);
+        QFETCH(QVariant, expected);
+        QFETCH(int, error);
+        QObject *control = onGrid ? static_cast<QObject *>(grid) : date;
+        try {
+            put(control, dispId, given);
+            QCOMPARE(error, 0);
+            QCOMPARE(get(control, dispId), expected);
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.Number(), error);
+        }
+    }
+
     void namesMatchAnyCase()
     {
         QCOMPARE(Dispatch::GetIDOfName(toolbar, QStringLiteral("CMDENABLE")), qint32(TrnCmdenable));
