@@ -21,6 +21,7 @@ const QUuid iidClassFactory(QStringLiteral("{00000001-0000-0000-C000-00000000004
 const QUuid iidDispatch(QStringLiteral("{00020400-0000-0000-C000-000000000046}"));
 
 int live = 0;
+int locks = 0; // server locks held, also counted in live
 
 } // namespace
 
@@ -96,9 +97,17 @@ HRESULT ClassObject::CreateInstance(void *pUnkOuter, REFIID riid, void **ppvObje
     return kOk;
 }
 
+// An unlock without a lock held counts for nothing, so a host's unbalanced unlock cannot keep
+// the count below zero and the library loaded for good.
 HRESULT ClassObject::LockServer(BOOL fLock)
 {
-    live += fLock ? 1 : -1;
+    if (fLock) {
+        ++locks;
+        ++live;
+    } else if (locks > 0) {
+        --locks;
+        --live;
+    }
     return kOk;
 }
 

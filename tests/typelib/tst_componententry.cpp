@@ -158,8 +158,12 @@ private slots:
         factory = nullptr;
         QCOMPARE(DllGetClassObject(trn, iidClassFactory, &object), S_OK_);
         static_cast<IClassFactory *>(object)->LockServer(false);
+        static_cast<IClassFactory *>(object)->LockServer(false); // one unlock too many counts for nothing
         static_cast<IClassFactory *>(object)->Release();
         QCOMPARE(DllCanUnloadNow(), S_OK_);
+        QCOMPARE(DllGetClassObject(trn, iidClassFactory, &object), S_OK_);
+        QCOMPARE(DllCanUnloadNow(), S_FALSE_);
+        static_cast<IClassFactory *>(object)->Release();
     }
 };
 
