@@ -68,6 +68,21 @@ private slots:
         QCOMPARE(reinterpret_cast<void *>(library.resolve("DllGetClassObject")), reinterpret_cast<void *>(&DllGetClassObject));
     }
 
+    // The registered file carries the type library's file version (5.02.0011 as 5.2.11).
+    void fileCarriesTheLibraryFileVersion()
+    {
+        QStringList parts;
+        for (const QString &part : PublishedTypeLibrary().fileVersion.split(QLatin1Char('.')))
+            parts << QString::number(part.toInt());
+        QCOMPARE(parts.join(QLatin1Char('.')), QStringLiteral("5.2.11"));
+        QCOMPARE(DllRegisterServer(), S_OK_);
+        const QString file = GetRegValue(HKEY_CURRENT_USER, classes + QStringLiteral("CLSID\\%1\\InprocServer32")
+                                             .arg(braced(PublishedTypeLibrary().classes.first().guid)), QString());
+        DllUnregisterServer();
+        const QString real = QFileInfo(file).canonicalFilePath();
+        QVERIFY2(real.endsWith(QStringLiteral(".so.") + parts.join(QLatin1Char('.'))), qPrintable(file + QStringLiteral(" -> ") + real));
+    }
+
     void registrationRoundTrip()
     {
         SetRegValue(HKEY_CURRENT_USER, classes + QStringLiteral("Other.Control\\CLSID"), QString(), QStringLiteral("{kept}"));
