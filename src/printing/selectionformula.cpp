@@ -470,9 +470,9 @@ qsizetype scanFormulaNumber(QStringView text, qsizetype from)
     return digits > 0 ? i : from;
 }
 
-bool readFormulaDate(QStringView text, DateTimeParts *out)
+bool readFormulaDate(QStringView text, DateTimeParts *out, DateOrder order)
 {
-    if (parseDateText(text, out))
+    if (parseDateText(text, out, order))
         return true;
     const QDateTime iso = QDateTime::fromString(text.trimmed().toString(), Qt::ISODate);
     if (!iso.isValid() || iso.date().year() < 100)

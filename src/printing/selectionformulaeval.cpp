@@ -112,7 +112,7 @@ bool dateOf(const Value &v, DateTimeParts *date)
         *date = v.date;
         return true;
     }
-    return v.kind == Value::Text && readFormulaDate(v.text, date);
+    return v.kind == Value::Text && readFormulaDate(v.text, date, userDateOrder());
 }
 
 template <typename T>

@@ -52,8 +52,11 @@ struct SelectionFormulaTree
 // decimal point, at least one digit), or from itself when no number starts there.
 qsizetype scanFormulaNumber(QStringView text, qsizetype from);
 
-// Reads a date text as dates are written (see parseDateText) or an ISO date and time.
-bool readFormulaDate(QStringView text, DateTimeParts *out);
+// Reads a date text as dates are written (see parseDateText), day and month in the given order
+// first, or an ISO date and time. A date literal between '#' signs is program text and reads
+// month first; a quoted text compared with a date is what CStr wrote for the user (the print
+// query form's picked range) and reads in the user's order.
+bool readFormulaDate(QStringView text, DateTimeParts *out, DateOrder order = DateOrder::MonthFirst);
 
 // Evaluates the condition at index over the values of the tree's fields, in the order of
 // SelectionFormulaTree::fields.

@@ -3,6 +3,9 @@
 // expectation their error names.
 
 #include "printing/selectionformula_p.h"
+#include "regionaltestsupport.h"
+
+#include <PanelKestrin/conversions.h>
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/dataerrors.h>
@@ -15,6 +18,8 @@
 #include <QTest>
 
 using namespace PanelKestrin;
+
+Q_DECLARE_METATYPE(RegionalTest::Settings)
 
 namespace {
 
@@ -91,6 +96,8 @@ private slots:
     void missingFieldIsNamed();
     void selectsRowsOfARecordset_data();
     void selectsRowsOfARecordset();
+    void dateRangeAsTheUserWritesDates_data();
+    void dateRangeAsTheUserWritesDates();
 };
 
 void tst_SelectionFormula::selectsRows_data()
@@ -307,6 +314,35 @@ void tst_SelectionFormula::selectsRowsOfARecordset()
             selected.append(rs.Fields().Item(QStringLiteral("id")).Value().toString());
     }
     QCOMPARE(selected.join(QLatin1Char(',')), ids);
+}
+
+// The print query form writes a picked date range with CStr, in the user's short-date pattern;
+// the engine must read those texts back in the same day/month order.
+void tst_SelectionFormula::dateRangeAsTheUserWritesDates_data()
+{
+    QTest::addColumn<RegionalTest::Settings>("settings");
+    QTest::newRow("classic") << RegionalTest::classic();
+    QTest::newRow("US") << RegionalTest::us();
+    QTest::newRow("UK") << RegionalTest::uk();
+    QTest::newRow("German") << RegionalTest::german();
+}
+
+void tst_SelectionFormula::dateRangeAsTheUserWritesDates()
+{
+    QFETCH(RegionalTest::Settings, settings);
+    RegionalTest::Scope scope;
+    scope.set(settings);
+    const QDate from(2005, 2, 3);
+    const QDate to(2005, 3, 10);
+    const SelectionFormula range = SelectionFormula::parse(QStringLiteral("{orders.odate} >= '") + CStr(from)
+                                                           + QStringLiteral("' and {orders.odate} <= '") + CStr(to)
+                                                           + QLatin1Char('\''));
+    QStringList selected;
+    for (const QDate &d : {from.addDays(-1), from, QDate(2005, 3, 2), to, to.addDays(1)}) {
+        if (range.matches([&d](const QString &, const QString &) { return QVariant(d); }))
+            selected.append(d.toString(Qt::ISODate));
+    }
+    QCOMPARE(selected, (QStringList{"2005-02-03", "2005-03-02", "2005-03-10"}));
 }
 
 QTEST_GUILESS_MAIN(tst_SelectionFormula)
