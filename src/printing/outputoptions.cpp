@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QSignalBlocker>
 
 namespace PanelKestrin {
 
@@ -63,12 +64,21 @@ OutputOptions::OutputOptions(bool withFileName, int width, QWidget *parent)
     placeInTwips(txtnocopies, 3960, kPageRow, 420, 315);
     UpDown1 = named(new QScrollBar(Qt::Vertical, this), "UpDown1");
     placeInTwips(UpDown1, 4380, kPageRow, 240, 315);
-    // The spinner counts the copies in its buddy box; its up arrow counts up.
-    UpDown1->setRange(1, 999);
-    UpDown1->setInvertedAppearance(true);
-    UpDown1->setInvertedControls(true);
+    // The spinner counts the copies in its buddy box, on from what the user typed there. A
+    // vertical scroll bar's top arrow, Up key and wheel lower its value, so it holds the count
+    // negated: up counts up.
+    UpDown1->setRange(-999, -1);
+    UpDown1->setValue(-1);
     connect(UpDown1, &QScrollBar::valueChanged, txtnocopies,
-            [this](int value) { txtnocopies->setText(QString::number(value)); });
+            [this](int value) { txtnocopies->setText(QString::number(-value)); });
+    connect(txtnocopies, &QLineEdit::textEdited, UpDown1, [this](const QString &text) {
+        bool ok = false;
+        const int count = text.toInt(&ok);
+        if (ok) {
+            const QSignalBlocker keepText(UpDown1);
+            UpDown1->setValue(-count);
+        }
+    });
 
     // Digits only; "To Page" alone also takes Backspace.
     setKeyPressRule(txtfrompage, QStringLiteral("txtfrompage_KeyPress"), isDigitKey);
@@ -112,7 +122,7 @@ void OutputOptions::clear()
 {
     txtfrompage->clear();
     txttopage->clear();
-    UpDown1->setValue(1);
+    UpDown1->setValue(-1);
     txtnocopies->setText(QStringLiteral("1"));
     if (txtfilename)
         txtfilename->clear();
@@ -165,10 +175,11 @@ void OutputOptions::optoutput_Click(int Index)
 }
 
 // "Save Report As": text files or documents as the file type says; the dialog asks before an
-// existing file is replaced. A cancelled dialog leaves the name as it was.
+// existing file is replaced (the dialog matches "*.Doc" in any case, so .doc files show). A
+// cancelled dialog leaves the name as it was.
 void OutputOptions::cmdfilehelp_Click()
 {
-    const QString filter = fileTypeIndex() == 0 ? QStringLiteral("Text (*.txt)") : QStringLiteral("Doc (*.doc)");
+    const QString filter = fileTypeIndex() == 0 ? QStringLiteral("Text (*.txt)") : QStringLiteral("Doc (*.Doc)");
     const QString chosen = GetSaveFileName(window(), tr("Save Report As"), filter, txtfilename->text());
     if (!chosen.isEmpty())
         txtfilename->setText(chosen);

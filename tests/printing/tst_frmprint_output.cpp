@@ -49,6 +49,7 @@ private slots:
     void saveReportAs_data();
     void saveReportAs();
     void printerSetupOpensThePrinterDialog();
+    void spinnerCountsOnFromTypedCopies();
     void downEnterAndUpMoveTheFocus();
     void cancelReleasesTheReportData();
 
@@ -167,7 +168,7 @@ void tst_frmprint_output::saveReportAs_data()
     QTest::addColumn<QString>("dialog");
     QTest::addColumn<QString>("fileName");
     QTest::newRow("text file") << 0 << "/tmp/out.txt" << "Save Report As|Text (*.txt)" << "/tmp/out.txt";
-    QTest::newRow("doc file") << 1 << "/tmp/out.doc" << "Save Report As|Doc (*.doc)" << "/tmp/out.doc";
+    QTest::newRow("doc file") << 1 << "/tmp/out.doc" << "Save Report As|Doc (*.Doc)" << "/tmp/out.doc";
     QTest::newRow("cancelled keeps the name") << 0 << "" << "Save Report As|Text (*.txt)" << "kept.txt";
 }
 
@@ -205,6 +206,22 @@ void tst_frmprint_output::printerSetupOpensThePrinterDialog()
     setPrinterDialogHandler(previous);
     QCOMPARE(asked.size(), 2);
     QVERIFY(asked.first() && asked.first() == asked.last()); // the settings chosen are kept between dialogs
+}
+
+// The spinner starts from what the user typed into its buddy box, not from its own last count.
+void tst_frmprint_output::spinnerCountsOnFromTypedCopies()
+{
+    onForm([&](QDialog *form) {
+        clickOption(form, 1);
+        typeInto(form, "txtnocopies", QStringLiteral("5"));
+        QWidget *spinner = control<QWidget>(form, "UpDown1");
+        auto *copies = control<QLineEdit>(form, "txtnocopies");
+        QTest::mouseClick(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, 2)); // its up arrow
+        QCOMPARE(copies->text(), QStringLiteral("6"));
+        QTest::mouseClick(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, spinner->height() - 3));
+        QTest::mouseClick(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, spinner->height() - 3));
+        QCOMPARE(copies->text(), QStringLiteral("4"));
+    });
 }
 
 void tst_frmprint_output::downEnterAndUpMoveTheFocus()
