@@ -3,6 +3,7 @@
 #include "data/connection_p.h"
 #include "data/connectionstring_p.h"
 #include "data/dataerror_p.h"
+#include "shared/conversions_p.h"
 
 #include <PanelKestrin/variant.h>
 
@@ -168,10 +169,16 @@ void Connection::Open(const QString &ConnectionString, const QString &UserID, co
         location = QStringLiteral("%1:%2").arg(host.isEmpty() ? QStringLiteral("localhost") : host)
                        .arg(port > 0 ? port : 5432);
         // Server notices ("table does not exist, skipping") are not errors; the session
-        // sends warnings and above only. In read mode every transaction of the session
-        // defaults to read-only, so no statement can change data.
-        connectOptions = QStringLiteral("connect_timeout=15;options='-c client_min_messages=warning%1'")
-                             .arg(readOnly ? QStringLiteral(" -c default_transaction_read_only=on") : QString());
+        // sends warnings and above only. Date texts in statements (a print query's picked
+        // range) are written by CStr in the user's short-date pattern, so the session reads
+        // them in the user's day/month order; dates come back in ISO form whatever the order.
+        // In read mode every transaction of the session defaults to read-only, so no
+        // statement can change data.
+        const bool dayFirst = userDateOrder() == DateOrder::DayFirst;
+        connectOptions = QStringLiteral("connect_timeout=15;options='-c client_min_messages=warning"
+                                        " -c datestyle=ISO,%1%2'")
+                             .arg(dayFirst ? QStringLiteral("DMY") : QStringLiteral("MDY"),
+                                  readOnly ? QStringLiteral(" -c default_transaction_read_only=on") : QString());
     }
 
     const QString name = uniqueQtConnectionName();

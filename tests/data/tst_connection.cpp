@@ -1,4 +1,7 @@
 #include "datatestsupport.h"
+#include "regionaltestsupport.h"
+
+#include <PanelKestrin/conversions.h>
 
 #include <PanelKestrin/dataerrors.h>
 #include <PanelKestrin/recordset.h>
@@ -9,6 +12,8 @@
 
 using namespace PanelKestrin;
 using DataTest::capture;
+
+Q_DECLARE_METATYPE(RegionalTest::Settings)
 
 class tst_Connection : public QObject
 {
@@ -32,6 +37,8 @@ private Q_SLOTS:
     void primaryKeySchema_data();
     void primaryKeySchema();
     void closedConnection();
+    void postgresReadsDatesAsTheUserWritesThem_data();
+    void postgresReadsDatesAsTheUserWritesThem();
 
 private:
     QString sqliteFile(const QString &name)
@@ -322,6 +329,33 @@ void tst_Connection::closedConnection()
     // The recordset's rows stay readable; running it again needs the connection.
     QCOMPARE(rs.Fields().Item(0).Value(), QVariant(1));
     QCOMPARE(capture([&] { rs.Requery(); }).number, int(ErrConnectionInvalid));
+}
+
+// The print query form puts picked dates into its SQL as CStr writes them, in the user's
+// short-date pattern; the server must read them in the same day/month order.
+void tst_Connection::postgresReadsDatesAsTheUserWritesThem_data()
+{
+    QTest::addColumn<RegionalTest::Settings>("settings");
+    QTest::newRow("classic") << RegionalTest::classic();
+    QTest::newRow("US") << RegionalTest::us();
+    QTest::newRow("UK") << RegionalTest::uk();
+    QTest::newRow("German") << RegionalTest::german();
+}
+
+void tst_Connection::postgresReadsDatesAsTheUserWritesThem()
+{
+    QFETCH(RegionalTest::Settings, settings);
+    RegionalTest::Scope scope;
+    scope.set(settings);
+    Connection cn;
+    OPEN_ENGINE(cn, QStringLiteral("postgres"), m_dir);
+    const QDate day(2005, 2, 3);
+    const QDateTime stamp(QDate(2005, 3, 10), QTime(14, 30, 5));
+    Recordset rs;
+    rs.Open(QStringLiteral("SELECT CAST('%1' AS DATE) AS d, CAST('%2' AS TIMESTAMP) AS t").arg(CStr(day), CStr(stamp)),
+            &cn);
+    QCOMPARE(rs.Fields().Item(QStringLiteral("d")).Value().toDate(), day);
+    QCOMPARE(rs.Fields().Item(QStringLiteral("t")).Value().toDateTime(), stamp);
 }
 
 QTEST_GUILESS_MAIN(tst_Connection)
