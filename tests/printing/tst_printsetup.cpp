@@ -146,7 +146,8 @@ void tst_PrintSetup::theLibrarysEngineTakesTheSettings()
     QVERIFY(QTest::qWaitForWindowActive(&host.form));
     ReportEngine engine;
     engine.setCopiesToPrinter(3);
-    host.panel->setCrystalReportObj(&engine);
+    // A late-bound host sets the object by member name.
+    CallByName(host.panel, QStringLiteral("CrystalReportObj"), VbSet, {QVariant::fromValue<QObject *>(&engine)});
     host.choose(1, QStringLiteral("3"), QStringLiteral("4"));
     host.clickInto(host.other);
     QCOMPARE(engine.Connect(), kConnect);
