@@ -1,7 +1,9 @@
 #include "shared/datetext_p.h"
 
 #include <QList>
+#include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 
 namespace PanelKestrin {
@@ -36,6 +38,47 @@ int fullYear(int year)
     return year < 30 ? 2000 + year : 1900 + year;
 }
 
+// The month an English month name or its three-letter abbreviation names (any case), as
+// short-date patterns with "MMM" or "MMMM" write it; 0 for anything else.
+int namedMonth(QStringView part)
+{
+    if (part.size() < 3 || !part.front().isLetter())
+        return 0;
+    const QLocale c = QLocale::c();
+    for (int month = 1; month <= 12; ++month) {
+        if (part.compare(c.monthName(month, QLocale::ShortFormat), Qt::CaseInsensitive) == 0
+            || part.compare(c.monthName(month, QLocale::LongFormat), Qt::CaseInsensitive) == 0)
+            return month;
+    }
+    return 0;
+}
+
+// Day, month name and year ("05-Dec-2005"), month name first ("Dec-05-2005") or year first
+// ("2005-Dec-05"): the numbers are the day and the year, the one of three or four digits or
+// else the last being the year.
+bool readNamedMonth(const QList<QStringView> &parts, int *year, int *month, int *day)
+{
+    int named = -1;
+    for (int i = 0; i < parts.size(); ++i) {
+        const int m = namedMonth(parts.at(i));
+        if (m > 0) {
+            if (named >= 0)
+                return false;
+            named = i;
+            *month = m;
+        } else if (!allDigits(parts.at(i)) || parts.at(i).size() > 4) {
+            return false;
+        }
+    }
+    if (named < 0 || named == 2)
+        return false;
+    const int first = named == 0 ? 1 : 0;
+    const bool yearFirst = first == 0 && parts.at(0).size() >= 3;
+    *year = parts.at(yearFirst ? 0 : 2).toInt();
+    *day = parts.at(yearFirst ? 2 : first).toInt();
+    return true;
+}
+
 bool parseDatePart(QStringView text, DateOrder order, QDate *date)
 {
     QList<QStringView> parts;
@@ -49,12 +92,12 @@ bool parseDatePart(QStringView text, DateOrder order, QDate *date)
     parts.append(text.mid(start));
     if (parts.size() != 3)
         return false;
-    for (QStringView p : parts)
-        if (!allDigits(p) || p.size() > 4)
-            return false;
-
     int year, month, day;
-    if (parts.at(0).size() >= 3) {
+    if (readNamedMonth(parts, &year, &month, &day)) {
+        // the month is named: no order to choose
+    } else if (std::any_of(parts.cbegin(), parts.cend(), [](QStringView p) { return !allDigits(p) || p.size() > 4; })) {
+        return false;
+    } else if (parts.at(0).size() >= 3) {
         year = parts.at(0).toInt();
         month = parts.at(1).toInt();
         day = parts.at(2).toInt();

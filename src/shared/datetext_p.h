@@ -18,9 +18,11 @@ inline QDate zeroDate() { return QDate(1899, 12, 30); }
 // Which of day and month a date text of three numbers names first when both could be either.
 enum class DateOrder { MonthFirst, DayFirst };
 
-// Reads a date text: three numeric parts separated by "/", "-" or ".", in the given order
+// Reads a date text: three parts separated by "/", "-" or ".", numbers in the given order
 // (m/d/y or d/m/y) unless that makes an impossible month and the other order does not; a
-// first part of three or four digits makes it year first (yyyy-mm-dd). Years below 100 are
+// first part of three or four digits makes it year first (yyyy-mm-dd). The month may be an
+// English month name or its abbreviation ("05-Dec-2005", "Dec-05-2005", "2005-Dec-05"), as a
+// short-date pattern with "MMM" writes it. Years below 100 are
 // two-digit years: 00-29 are 20xx, 30-99 19xx. An optional time "h:mm[:ss] [AM|PM]" may
 // follow after a blank; a time alone is a time on the zero date. False for anything that is
 // not a possible date in the years 100 to 9999.

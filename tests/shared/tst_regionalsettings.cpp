@@ -41,6 +41,9 @@ void tst_regionalsettings::conversions_data()
                         << QDate(2005, 12, 5);
     QTest::newRow("German") << RegionalTest::german() << "05.12.2005" << "05.12.2005 14:30:05" << "-1234,5"
                             << QDate(2005, 12, 5);
+    QTest::newRow("month named")
+        << RegionalTest::Settings{QStringLiteral("dd-MMM-yyyy"), QStringLiteral("."), QStringLiteral("-")}
+        << "05-Dec-2005" << "05-Dec-2005 14:30:05" << "-1234.5" << QDate(2005, 12, 5);
 }
 
 void tst_regionalsettings::conversions()
