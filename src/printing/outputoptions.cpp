@@ -2,6 +2,7 @@
 
 #include "printing/formcontrols_p.h"
 #include "printing/keypressrule_p.h"
+#include "printing/reportprinter_p.h"
 
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/errorreporter.h>
@@ -10,7 +11,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -185,12 +185,11 @@ void OutputOptions::cmdfilehelp_Click()
         txtfilename->setText(chosen);
 }
 
-// The printer dialog; what the user sets up there stays with the system's printer settings.
+// The printer dialog; the printer and paper the user confirms there are where this program's
+// reports go from then on.
 void OutputOptions::cmdprintsetup_Click()
 {
-    if (!m_printer)
-        m_printer = std::make_unique<QPrinter>();
-    RunPrinterDialog(m_printer.get(), window());
+    runReportPrinterSetup(window());
 }
 
 } // namespace PanelKestrin

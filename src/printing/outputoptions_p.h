@@ -2,12 +2,10 @@
 
 #include <QFrame>
 
-#include <memory>
 
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QPrinter;
 class QPushButton;
 class QRadioButton;
 class QScrollBar;
@@ -81,7 +79,6 @@ private:
     const bool m_withFileName;
     const int m_width;
     // The printer the set-up dialog shows, created when it is first asked for.
-    std::unique_ptr<QPrinter> m_printer;
 };
 
 } // namespace PanelKestrin

@@ -3,16 +3,48 @@
 #include "printing/reportdocument_p.h"
 #include "printing/reportpainter_p.h"
 
+#include <PanelKestrin/modalrunner.h>
 #include <PanelKestrin/runtimeerror.h>
 
+#include <QDialog>
+#include <QPageLayout>
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QStringList>
 
+#include <optional>
+
 namespace PanelKestrin {
 
 namespace {
+
+// What the user confirmed in the printer setup: the printer and its paper.
+struct PrinterChoice
+{
+    QString name;
+    QPageLayout layout;
+};
+
+std::optional<PrinterChoice> &printerChoice()
+{
+    static std::optional<PrinterChoice> choice;
+    return choice;
+}
+
+// The printer setup's choice while its printer is still among those installed.
+const PrinterChoice *installedChoice(const QStringList &installed)
+{
+    const std::optional<PrinterChoice> &choice = printerChoice();
+    return choice && installed.contains(choice->name) ? &*choice : nullptr;
+}
+
+void applyChoice(QPrinter &printer, const PrinterChoice &choice)
+{
+    printer.setOutputFormat(QPrinter::NativeFormat);
+    printer.setPrinterName(choice.name);
+    printer.setPageLayout(choice.layout);
+}
 
 QString errorSource()
 {
@@ -70,6 +102,10 @@ void selectReportPrinter(QPrinter &printer, const QString &printerName)
         throw noPrinterInstalled();
     QString name = printerName;
     if (name.isEmpty()) {
+        if (const PrinterChoice *choice = installedChoice(installed)) {
+            applyChoice(printer, *choice);
+            return;
+        }
         name = QPrinterInfo::defaultPrinterName();
         // Sending a report to whichever printer happens to come first could put it in the
         // wrong hands; without a default the user has to choose.
@@ -88,12 +124,36 @@ void selectReportPrinter(QPrinter &printer, const QString &printerName)
 
 ReportPageSetup defaultReportPageSetup()
 {
+    QPrinter printer(QPrinter::HighResolution);
+    if (const PrinterChoice *choice = installedChoice(QPrinterInfo::availablePrinterNames())) {
+        applyChoice(printer, *choice);
+        return ReportPageSetup::fromPrinter(&printer);
+    }
     const QString name = QPrinterInfo::defaultPrinterName();
     if (name.isEmpty())
         return ReportPageSetup::fromPrinter(nullptr);
-    QPrinter printer(QPrinter::HighResolution);
     printer.setPrinterName(name);
     return ReportPageSetup::fromPrinter(&printer);
+}
+
+bool runReportPrinterSetup(QWidget *parent)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    const QStringList installed = QPrinterInfo::availablePrinterNames();
+    if (const PrinterChoice *choice = installedChoice(installed))
+        applyChoice(printer, *choice);
+    else if (installed.contains(QPrinterInfo::defaultPrinterName()))
+        printer.setPrinterName(QPrinterInfo::defaultPrinterName());
+    if (RunPrinterDialog(&printer, parent) != QDialog::Accepted)
+        return false;
+    if (printer.outputFormat() == QPrinter::NativeFormat && installed.contains(printer.printerName()))
+        printerChoice() = PrinterChoice{printer.printerName(), printer.pageLayout()};
+    return true;
+}
+
+void resetReportPrinterSetup()
+{
+    printerChoice().reset();
 }
 
 void printReport(const ReportDocument &document, QPrinter &printer, int fromPage, int toPage,

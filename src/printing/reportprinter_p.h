@@ -5,6 +5,7 @@
 #include <QString>
 
 class QPrinter;
+class QWidget;
 
 namespace PanelKestrin {
 
@@ -15,8 +16,8 @@ struct ReportPageSetup;
 // chosen one is not installed, or when the system refuses the print job.
 inline constexpr int ErrReportPrinter = 482;
 
-// Points printer at the print queue named printerName, or at the system's default queue when
-// printerName is empty. Raises RuntimeError ErrReportPrinter when no printer is installed or
+// Points printer at the print queue named printerName, or when printerName is empty at the
+// printer chosen in the printer setup (with its paper) or else the system's default queue. Raises RuntimeError ErrReportPrinter when no printer is installed or
 // when no installed printer has that name.
 PANELKESTRIN_EXPORT void selectReportPrinter(QPrinter &printer,
                                              const QString &printerName = QString());
@@ -25,6 +26,15 @@ PANELKESTRIN_EXPORT void selectReportPrinter(QPrinter &printer,
 // preview and the files show is what that printer prints, page for page; A4 portrait with
 // half-inch margins when no printer is installed or none is the default.
 PANELKESTRIN_EXPORT ReportPageSetup defaultReportPageSetup();
+
+// "Printer Setup...": runs the printer dialog on the printer reports go to, and when the user
+// confirms a printer (not a file), keeps it with the paper, orientation and margins chosen as
+// the default printer of this program's reports from then on: selectReportPrinter without a
+// name and defaultReportPageSetup answer with it while it stays installed. Returns whether the
+// user confirmed.
+PANELKESTRIN_EXPORT bool runReportPrinterSetup(QWidget *parent);
+// Forgets what the printer setup chose: the system's default printer again.
+PANELKESTRIN_EXPORT void resetReportPrinterSetup();
 
 // Prints pages fromPage to toPage (counted from 1, both included) of document on printer,
 // copies times, as one print job titled with the document's title. A range that reaches past

@@ -6,9 +6,11 @@
 
 #include "printjobtestsupport.h"
 
+#include <PanelKestrin/modalrunner.h>
 #include <PanelKestrin/runtimeerror.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QPrinter>
@@ -98,6 +100,8 @@ private slots:
     void unknownPrinterIsAClearError();
     void noPrinterInstalledIsAClearError_data();
     void noPrinterInstalledIsAClearError();
+    void printerSetupChoosesForEveryReport_data();
+    void printerSetupChoosesForEveryReport();
 
 private:
     QString newJobTitle();
@@ -325,6 +329,52 @@ static int printAsChild(const QString &mode)
     }
     out << "printed without a printer" << Qt::endl;
     return 1;
+}
+
+void TestReportPrinter::printerSetupChoosesForEveryReport_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<bool>("toFile");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("landscape confirmed") << int(QDialog::Accepted) << false << int(QPageLayout::Landscape);
+    QTest::newRow("cancelled") << int(QDialog::Rejected) << false << int(QPageLayout::Portrait);
+    QTest::newRow("a PDF file confirmed") << int(QDialog::Accepted) << true << int(QPageLayout::Portrait);
+}
+
+// What the user confirms in the printer setup is where every later report goes: the printer a
+// report is sent to without a name, the paper of the preview and the files, and where the next
+// setup starts. Cancelling it, or choosing a file instead of a printer, keeps what was there.
+void TestReportPrinter::printerSetupChoosesForEveryReport()
+{
+    QFETCH(int, answer);
+    QFETCH(bool, toFile);
+    QFETCH(int, expected);
+    resetReportPrinterSetup();
+    QTemporaryDir folder;
+    QList<QPageLayout::Orientation> offered;
+    QStringList offeredPrinters;
+    const PrinterDialogHandler previous = setPrinterDialogHandler([&](QPrinter *printer, QWidget *) {
+        offered << printer->pageLayout().orientation();
+        offeredPrinters << printer->printerName();
+        printer->setPageOrientation(QPageLayout::Landscape);
+        if (toFile) {
+            printer->setOutputFormat(QPrinter::PdfFormat);
+            printer->setOutputFileName(folder.filePath(QStringLiteral("setup.pdf")));
+        }
+        return answer;
+    });
+    QCOMPARE(runReportPrinterSetup(nullptr), answer == QDialog::Accepted);
+    QCOMPARE(int(defaultReportPageSetup().orientation), expected);
+    QPrinter printer(QPrinter::HighResolution);
+    selectReportPrinter(printer);
+    QCOMPARE(printer.printerName(), m_queue);
+    QCOMPARE(int(printer.pageLayout().orientation()), expected);
+    runReportPrinterSetup(nullptr);
+    setPrinterDialogHandler(previous);
+    resetReportPrinterSetup();
+    QCOMPARE(offeredPrinters, QStringList({m_queue, m_queue}));
+    QCOMPARE(int(offered.last()), expected);
+    QCOMPARE(int(defaultReportPageSetup().orientation), int(QPageLayout::Portrait));
 }
 
 int main(int argc, char **argv)
