@@ -92,7 +92,7 @@ bool parseDatePart(QStringView text, DateOrder order, QDate *date)
     parts.append(text.mid(start));
     if (parts.size() != 3)
         return false;
-    int year, month, day;
+    int year = 0, month = 0, day = 0;
     if (readNamedMonth(parts, &year, &month, &day)) {
         // the month is named: no order to choose
     } else if (std::any_of(parts.cbegin(), parts.cend(), [](QStringView p) { return !allDigits(p) || p.size() > 4; })) {
@@ -117,6 +117,33 @@ bool parseDatePart(QStringView text, DateOrder order, QDate *date)
         return false;
     *date = result;
     return true;
+}
+
+// The date at the start of text as parseDatePart reads it: blanks after a separator dropped
+// and a closing "." after the third part dropped ("2005. 12. 05." is 2005.12.05), as locales
+// that space their short dates write them. *rest is what follows the date.
+QString leadingDate(QStringView text, QStringView *rest)
+{
+    QString date;
+    int separators = 0;
+    qsizetype i = 0;
+    while (i < text.size() && text.at(i) != QLatin1Char(' ')) {
+        const QChar c = text.at(i++);
+        if (!isDateSeparator(c)) {
+            date += c;
+            continue;
+        }
+        if (++separators == 3) {
+            if (c != QLatin1Char('.'))
+                date += c; // no date has a third separator: parseDatePart refuses it
+            break;
+        }
+        date += c;
+        while (i < text.size() && text.at(i) == QLatin1Char(' '))
+            ++i;
+    }
+    *rest = text.mid(i);
+    return date;
 }
 
 bool parseTimePart(QStringView text, QTime *time)
@@ -175,9 +202,11 @@ bool parseDateText(QStringView text, DateTimeParts *out, DateOrder order)
         if (!parseTimePart(trimmed, &parts.time))
             return false;
     } else {
-        if (!parseDatePart(first, order, &parts.date))
+        QStringView rest;
+        if (!parseDatePart(leadingDate(trimmed, &rest), order, &parts.date))
             return false;
-        if (blank >= 0 && !parseTimePart(trimmed.mid(blank + 1).trimmed(), &parts.time))
+        rest = rest.trimmed();
+        if (!rest.isEmpty() && !parseTimePart(rest, &parts.time))
             return false;
     }
     *out = parts;

@@ -44,6 +44,12 @@ void tst_regionalsettings::conversions_data()
     QTest::newRow("month named")
         << RegionalTest::Settings{QStringLiteral("dd-MMM-yyyy"), QStringLiteral("."), QStringLiteral("-")}
         << "05-Dec-2005" << "05-Dec-2005 14:30:05" << "-1234.5" << QDate(2005, 12, 5);
+    // Blanks after the separators and a closing ".", as several locales write short dates.
+    QTest::newRow("Slovak") << RegionalTest::Settings{QStringLiteral("d. M. yyyy"), QStringLiteral(","), QStringLiteral(".")}
+                            << "5. 12. 2005" << "5. 12. 2005 14:30:05" << "-1234,5" << QDate(2005, 12, 5);
+    QTest::newRow("Hungarian")
+        << RegionalTest::Settings{QStringLiteral("yyyy. MM. dd."), QStringLiteral(","), QStringLiteral(".")}
+        << "2005. 12. 05." << "2005. 12. 05. 14:30:05" << "-1234,5" << QDate(2005, 5, 12);
 }
 
 void tst_regionalsettings::conversions()
