@@ -24,9 +24,8 @@ enum class DateOrder { MonthFirst, DayFirst };
 // English month name or its abbreviation ("05-Dec-2005", "Dec-05-2005", "2005-Dec-05"), as a
 // short-date pattern with "MMM" writes it. Blanks after a separator and a closing "." are
 // allowed ("5. 12. 2005", "2005. 12. 05."), as spaced short-date patterns write dates. Years
-// below 100 are
-// two-digit years: 00-29 are 20xx, 30-99 19xx. An optional time "h:mm[:ss] [AM|PM]" may
-// follow after a blank; a time alone is a time on the zero date. False for anything that is
+// below 100 are two-digit years: 00-29 are 20xx, 30-99 19xx. An optional time
+// "h:mm[:ss] [AM|PM]" may follow after a blank; a time alone is a time on the zero date. False for anything that is
 // not a possible date in the years 100 to 9999.
 bool parseDateText(QStringView text, DateTimeParts *out, DateOrder order = DateOrder::MonthFirst);
 
