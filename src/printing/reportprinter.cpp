@@ -32,18 +32,21 @@ std::optional<PrinterChoice> &printerChoice()
     return choice;
 }
 
-// The printer setup's choice while its printer is still among those installed.
-const PrinterChoice *installedChoice(const QStringList &installed)
+// Points printer at the printer the reports go to without a name: the printer setup's choice
+// with its paper, else the system's default queue. False, leaving printer alone, when neither
+// is installed.
+bool pointAtDefaultPrinter(QPrinter &printer, const QStringList &installed)
 {
     const std::optional<PrinterChoice> &choice = printerChoice();
-    return choice && installed.contains(choice->name) ? &*choice : nullptr;
-}
-
-void applyChoice(QPrinter &printer, const PrinterChoice &choice)
-{
+    const bool chosen = choice && installed.contains(choice->name);
+    const QString name = chosen ? choice->name : QPrinterInfo::defaultPrinterName();
+    if (name.isEmpty() || !installed.contains(name))
+        return false;
     printer.setOutputFormat(QPrinter::NativeFormat);
-    printer.setPrinterName(choice.name);
-    printer.setPageLayout(choice.layout);
+    printer.setPrinterName(name);
+    if (chosen)
+        printer.setPageLayout(choice->layout);
+    return true;
 }
 
 QString errorSource()
@@ -100,50 +103,35 @@ void selectReportPrinter(QPrinter &printer, const QString &printerName)
     const QStringList installed = QPrinterInfo::availablePrinterNames();
     if (installed.isEmpty())
         throw noPrinterInstalled();
-    QString name = printerName;
-    if (name.isEmpty()) {
-        if (const PrinterChoice *choice = installedChoice(installed)) {
-            applyChoice(printer, *choice);
-            return;
-        }
-        name = QPrinterInfo::defaultPrinterName();
+    if (printerName.isEmpty()) {
         // Sending a report to whichever printer happens to come first could put it in the
         // wrong hands; without a default the user has to choose.
-        if (name.isEmpty())
+        if (!pointAtDefaultPrinter(printer, installed))
             throw RuntimeError(ErrReportPrinter,
                                QStringLiteral("No default printer is set. Choose one of the "
                                               "installed printers: %1.")
                                    .arg(installed.join(QStringLiteral(", "))),
                                errorSource());
-    } else if (!installed.contains(name)) {
-        throw printerNotInstalled(name, installed);
+        return;
     }
+    if (!installed.contains(printerName))
+        throw printerNotInstalled(printerName, installed);
     printer.setOutputFormat(QPrinter::NativeFormat);
-    printer.setPrinterName(name);
+    printer.setPrinterName(printerName);
 }
 
 ReportPageSetup defaultReportPageSetup()
 {
     QPrinter printer(QPrinter::HighResolution);
-    if (const PrinterChoice *choice = installedChoice(QPrinterInfo::availablePrinterNames())) {
-        applyChoice(printer, *choice);
-        return ReportPageSetup::fromPrinter(&printer);
-    }
-    const QString name = QPrinterInfo::defaultPrinterName();
-    if (name.isEmpty())
-        return ReportPageSetup::fromPrinter(nullptr);
-    printer.setPrinterName(name);
-    return ReportPageSetup::fromPrinter(&printer);
+    return ReportPageSetup::fromPrinter(
+        pointAtDefaultPrinter(printer, QPrinterInfo::availablePrinterNames()) ? &printer : nullptr);
 }
 
 bool runReportPrinterSetup(QWidget *parent)
 {
     QPrinter printer(QPrinter::HighResolution);
     const QStringList installed = QPrinterInfo::availablePrinterNames();
-    if (const PrinterChoice *choice = installedChoice(installed))
-        applyChoice(printer, *choice);
-    else if (installed.contains(QPrinterInfo::defaultPrinterName()))
-        printer.setPrinterName(QPrinterInfo::defaultPrinterName());
+    pointAtDefaultPrinter(printer, installed);
     if (RunPrinterDialog(&printer, parent) != QDialog::Accepted)
         return false;
     if (printer.outputFormat() == QPrinter::NativeFormat && installed.contains(printer.printerName()))
