@@ -12,6 +12,9 @@ namespace PanelKestrin {
 namespace {
 
 constexpr qreal slack = 0.01; // points; sums of line heights may round a hair over the edge
+// The characters whose advances a fixed-pitch font's widths are summed from: printable Latin,
+// up to the combining marks.
+constexpr char16_t measuredFirst = 0x20, measuredEnd = 0x300;
 const int ErrUserInterrupt = 18;
 
 QString source()
@@ -115,7 +118,8 @@ struct ReportPaginator::Private
         qreal ascent;      // points
         qreal lineHeight;  // points
         bool fixedPitch;
-        // Advances in device dots of the characters from U+0020 on measured so far (0: not yet).
+        // Advances in device dots of the characters measuredFirst to measuredEnd of a
+        // fixed-pitch font, measured as they come (0: not yet).
         QVector<qreal> advances;
     };
     // A run whose text holds page tokens, resolved once the page count is known.
@@ -156,8 +160,9 @@ struct ReportPaginator::Private
         while (metrics.size() < doc.fonts.size()) {
             const QFont &added = doc.fonts.at(metrics.size());
             const QFontMetricsF fm(added, &device);
-            metrics.append({fm, fm.ascent() * toPoints, fm.lineSpacing() * toPoints,
-                            QFontInfo(QFont(added, &device)).fixedPitch(), {}});
+            const bool fixedPitch = QFontInfo(QFont(added, &device)).fixedPitch();
+            metrics.append({fm, fm.ascent() * toPoints, fm.lineSpacing() * toPoints, fixedPitch,
+                            QVector<qreal>(fixedPitch ? measuredEnd - measuredFirst : 0, 0)});
         }
         lastFont = font;
         lastFontIndex = index;
@@ -169,19 +174,16 @@ struct ReportPaginator::Private
     // of its characters' advances, each measured once. Anything else is shaped in full.
     qreal textWidth(Metrics &m, const QString &text)
     {
-        constexpr char16_t first = 0x20, end = 0x300; // up to the combining marks
         if (m.fixedPitch) {
             qreal dots = 0;
             bool simple = true;
             for (const QChar c : text) {
                 const char16_t u = c.unicode();
-                if (u < first || u >= end || u == 0x7f) {
+                if (u < measuredFirst || u >= measuredEnd || u == 0x7f) {
                     simple = false;
                     break;
                 }
-                if (m.advances.isEmpty())
-                    m.advances.fill(0, end - first);
-                qreal &advance = m.advances[u - first];
+                qreal &advance = m.advances[u - measuredFirst];
                 if (advance == 0)
                     advance = m.metrics.horizontalAdvance(c);
                 dots += advance;
