@@ -105,6 +105,8 @@ private:
     // An engine set up by name for the report file, as a form would.
     void setUp(ReportEngine &engine, const QString &report = QStringLiteral("orders.rpt"));
     QStringList readPages(const QString &fileName, int fileType) const;
+    // The orders report under another title (a print job is found by its title).
+    bool writeTitledReport(const QString &fileName, const QString &title) const;
     QList<QVariantList> query(const QString &sql) const;
 
     QTemporaryDir m_dir;
@@ -185,6 +187,13 @@ QStringList tst_ReportEngine::readPages(const QString &fileName, int fileType) c
         return pages;
     }
     return ReportTest::textFilePages(fileName);
+}
+
+bool tst_ReportEngine::writeTitledReport(const QString &fileName, const QString &title) const
+{
+    QFile file(path(fileName));
+    return file.open(QIODevice::WriteOnly)
+        && file.write(QByteArray(reportFile).replace("Orders by customer", title.toUtf8())) > 0;
 }
 
 void tst_ReportEngine::fileOutput_data()
@@ -307,10 +316,7 @@ void tst_ReportEngine::preview()
 void tst_ReportEngine::printer()
 {
     const QString title = QStringLiteral("pk%1engine").arg(QCoreApplication::applicationPid());
-    QFile file(path(QStringLiteral("printer.rpt")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(reportFile).replace("Orders by customer", title.toUtf8()));
-    file.close();
+    QVERIFY(writeTitledReport(QStringLiteral("printer.rpt"), title));
 
     ReportEngine engine;
     setUp(engine, QStringLiteral("printer.rpt"));
@@ -331,10 +337,7 @@ void tst_ReportEngine::printer()
 void tst_ReportEngine::previewPrinterAndPdfAgree()
 {
     const QString title = QStringLiteral("pk%1agree").arg(QCoreApplication::applicationPid());
-    QFile file(path(QStringLiteral("agree.rpt")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(reportFile).replace("Orders by customer", title.toUtf8()));
-    file.close();
+    QVERIFY(writeTitledReport(QStringLiteral("agree.rpt"), title));
     ReportEngine engine;
     setUp(engine, QStringLiteral("agree.rpt"));
 
