@@ -20,34 +20,9 @@ QString tr(const char *text)
     return QCoreApplication::translate("PanelKestrin::CallByName", text);
 }
 
-[[noreturn]] void raise(int number, const QString &detail)
-{
-    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
-}
-
 QString memberOf(const QObject *object, const QString &name)
 {
     return tr("'%1' of %2").arg(name, QString::fromLatin1(object->metaObject()->className()));
-}
-
-bool sameName(const char *declared, const QString &name)
-{
-    return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
-}
-
-// Public, callable methods (slots and Q_INVOKABLEs, not signals) named `name`, most derived
-// first, declared at or after method index `from`.
-QList<QMetaMethod> methodsNamed(const QMetaObject *mo, const QString &name, int from = 0)
-{
-    QList<QMetaMethod> found;
-    for (int i = mo->methodCount() - 1; i >= from; --i) {
-        const QMetaMethod m = mo->method(i);
-        if (m.access() == QMetaMethod::Public
-            && (m.methodType() == QMetaMethod::Method || m.methodType() == QMetaMethod::Slot)
-            && sameName(m.name().constData(), name))
-            found.append(m);
-    }
-    return found;
 }
 
 std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString &name, int from = 0)

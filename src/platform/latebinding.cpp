@@ -10,11 +10,6 @@ namespace PanelKestrin {
 
 namespace {
 
-[[noreturn]] void raise(int number, const QString &detail)
-{
-    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
-}
-
 // Checks a whole number against the range of the integral parameter type it is passed to,
 // where the plain conversion would silently wrap.
 void checkRange(const QVariant &value, QMetaType target, const QString &what)
@@ -35,6 +30,30 @@ void checkRange(const QVariant &value, QMetaType target, const QString &what)
 }
 
 } // namespace
+
+void raise(int number, const QString &detail)
+{
+    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
+}
+
+bool sameName(const char *declared, const QString &name)
+{
+    return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
+}
+
+QList<QMetaMethod> methodsNamed(const QMetaObject *mo, const QString &name, int from, QMetaMethod::MethodType kind)
+{
+    QList<QMetaMethod> found;
+    for (int i = mo->methodCount() - 1; i >= from; --i) {
+        const QMetaMethod m = mo->method(i);
+        const bool kindMatches = kind == QMetaMethod::Signal
+            ? m.methodType() == QMetaMethod::Signal
+            : (m.methodType() == QMetaMethod::Method || m.methodType() == QMetaMethod::Slot);
+        if (kindMatches && m.access() == QMetaMethod::Public && sameName(m.name().constData(), name))
+            found.append(m);
+    }
+    return found;
+}
 
 QVariant convertArgument(const QVariant &arg, QMetaType target, const QString &what)
 {

@@ -18,11 +18,6 @@ namespace PanelKestrin {
 
 namespace {
 
-[[noreturn]] void raise(int number, const QString &detail)
-{
-    throw RuntimeError(number, RuntimeError::standardDescription(number) + QStringLiteral(": ") + detail);
-}
-
 const TypeLibClass &classOf(const QObject *control, const QString &member)
 {
     if (!control)

@@ -1,13 +1,9 @@
 #include "typelib/dispatchbinding_p.h"
+#include "platform/latebinding_p.h"
 
 namespace PanelKestrin {
 
 namespace {
-
-bool sameName(const char *declared, const QString &name)
-{
-    return QString::fromLatin1(declared).compare(name, Qt::CaseInsensitive) == 0;
-}
 
 // A property of that name, the exact spelling first, then any case; most derived first.
 std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString &name)
@@ -23,23 +19,9 @@ std::optional<QMetaProperty> propertyNamed(const QMetaObject *mo, const QString 
     return std::nullopt;
 }
 
-QList<QMetaMethod> methodsNamed(const QMetaObject *mo, const QString &name, QMetaMethod::MethodType type)
-{
-    QList<QMetaMethod> found;
-    for (int i = mo->methodCount() - 1; i >= 0; --i) {
-        const QMetaMethod m = mo->method(i);
-        const bool kindMatches = type == QMetaMethod::Signal
-            ? m.methodType() == QMetaMethod::Signal
-            : (m.methodType() == QMetaMethod::Method || m.methodType() == QMetaMethod::Slot);
-        if (kindMatches && m.access() == QMetaMethod::Public && sameName(m.name().constData(), name))
-            found.append(m);
-    }
-    return found;
-}
-
 std::optional<QMetaMethod> methodTaking(const QMetaObject *mo, const QString &name, int count)
 {
-    for (const QMetaMethod &m : methodsNamed(mo, name, QMetaMethod::Method)) {
+    for (const QMetaMethod &m : methodsNamed(mo, name)) {
         if (m.parameterCount() == count)
             return m;
     }
@@ -77,14 +59,14 @@ DispatchBinding bindMember(const QMetaObject *mo, const TypeLibMember &member)
         // A vararg method takes its remaining arguments as one list.
         const int most = member.varArg ? int(member.params.size()) : member.maximumArguments();
         const int least = member.varArg ? most : member.requiredArguments();
-        for (const QMetaMethod &m : methodsNamed(mo, member.name, QMetaMethod::Method)) {
+        for (const QMetaMethod &m : methodsNamed(mo, member.name)) {
             if (m.parameterCount() >= least && m.parameterCount() <= most)
                 b.methods.append(m);
         }
         break;
     }
     case TypeLibMember::Event:
-        for (const QMetaMethod &m : methodsNamed(mo, member.name, QMetaMethod::Signal)) {
+        for (const QMetaMethod &m : methodsNamed(mo, member.name, 0, QMetaMethod::Signal)) {
             if (m.parameterCount() == member.params.size())
                 b.methods.append(m);
         }
