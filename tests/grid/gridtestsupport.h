@@ -121,6 +121,21 @@ inline std::unique_ptr<gridcontrol> makeGrid(Recordset &rs, int heightTwips = 36
     return grid;
 }
 
+// The order-lines table filled with rows rows and a grid over the result of sql, as makeGrid
+// builds it. The members are destroyed in reverse order: the grid before its recordset.
+struct LinesGrid {
+    Database db;
+    std::unique_ptr<Recordset> rs;
+    std::unique_ptr<gridcontrol> grid;
+
+    LinesGrid(int rows, const QString &sql, int heightTwips = 3600)
+    {
+        db.fillLines(rows);
+        rs = db.open(sql);
+        grid = makeGrid(*rs, heightTwips);
+    }
+};
+
 // Whether the screen and the store agree: every grid row shows what the data array holds for it
 // (character values without their padding, numbers by value, dates as typed or as stored), the
 // statuses have one entry per data row, and the only grid row without a data row is a blank

@@ -29,10 +29,8 @@ void tst_gridcontrol_paging::pageSizeFromHeight()
     fresh.resize(100, TwipsToPixelsY(2900, &fresh));
     // A new control counts one row less than a loaded one.
     QCOMPARE(int(GridInternals::pageSize(fresh)), 3600 / 285 - 1);
-    Database db;
-    db.fillLines(1);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs, 2900);
+    LinesGrid lines(1, QStringLiteral("SELECT * FROM lines"), 2900);
+    auto &grid = lines.grid;
     QCOMPARE(int(GridInternals::pageSize(*grid)), 10);
 }
 
@@ -61,10 +59,8 @@ void tst_gridcontrol_paging::moves()
     QFETCH(QString, move);
     QFETCH(int, topRow);
     QFETCH(int, startRow);
-    Database db;
-    db.fillLines(dataRows);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs, 2900);
+    LinesGrid lines(dataRows, QStringLiteral("SELECT * FROM lines"), 2900);
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     view->setRow(startRow);
 
@@ -79,10 +75,8 @@ void tst_gridcontrol_paging::moves()
 
 void tst_gridcontrol_paging::populate()
 {
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT item, qty FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT item, qty FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
 
     VariantMatrix data(0, 1, 0, 1);

@@ -77,10 +77,8 @@ void tst_gridcontrol_random::randomActionsKeepTheGridConsistent()
     int hostCancels = 0;
     int trims = 0;
 
-    Database db;
-    db.fillLines(12);
-    auto rs = db.open(QStringLiteral("SELECT %1 FROM lines").arg(fields));
-    auto grid = makeGrid(*rs, 3000);
+    LinesGrid lines(12, QStringLiteral("SELECT %1 FROM lines").arg(fields), 3000);
+    auto &grid = lines.grid;
     grid->bShowMenu = true;
     grid->gColToFix = 5;
     grid->gValue = QStringLiteral("*");

@@ -39,10 +39,8 @@ void tst_gridcontrol_regional::loadedValues()
     QFETCH(RegionalTest::Settings, settings);
     QFETCH(QString, shown);
     regional.set(settings);
-    Database db;
-    db.fillLines(6);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY lineno"));
-    auto g = makeGrid(*rs);
+    LinesGrid lines(6, QStringLiteral("SELECT * FROM lines ORDER BY lineno"));
+    auto &g = lines.grid;
     g->bShowMenu = true;
     FlexGrid *view = GridInternals::grid(*g);
     constexpr int price = 4, due = 5;

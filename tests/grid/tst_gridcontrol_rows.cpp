@@ -48,10 +48,8 @@ void tst_gridcontrol_rows::removeRow()
     QFETCH(QStringList, statuses);
     QFETCH(int, removed);
     QFETCH(int, rowsAfter);
-    Database db;
-    db.fillLines(int(statuses.size()));
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(int(statuses.size()), QStringLiteral("SELECT * FROM lines ORDER BY qty"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     grid->bShowMenu = true;
     view->setRow(removed); // commits the cell left, so the statuses are set after the move
@@ -97,10 +95,8 @@ void tst_gridcontrol_rows::addRow()
     QFETCH(bool, hostCancels);
     QFETCH(bool, added);
     QFETCH(QString, mandatory);
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT item, qty, price FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT item, qty, price FROM lines ORDER BY qty"));
+    auto &grid = lines.grid;
     grid->bShowMenu = true;
     grid->setMandatoryCol(mandatory);
     grid->MakeGridStructure();
@@ -141,10 +137,8 @@ void tst_gridcontrol_rows::saveLastColDropsTrailingBlankRow_data()
 void tst_gridcontrol_rows::saveLastColDropsTrailingBlankRow()
 {
     QFETCH(QVariant, blankValue);
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT item, qty FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT item, qty FROM lines"));
+    auto &grid = lines.grid;
     GridInternals::statuses(*grid)[1] = QStringLiteral("A");
     for (qint16 c = 1; c <= 2; ++c)
         grid->SetColumnValue(blankValue, c, 2);
@@ -170,10 +164,8 @@ void tst_gridcontrol_rows::saveLastColDropsTrailingBlankRow()
 
 void tst_gridcontrol_rows::saveLastColHeldCell()
 {
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT item, qty FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT item, qty FROM lines"));
+    auto &grid = lines.grid;
     connect(grid.get(), &gridcontrol::ValidateRow, grid.get(),
             [](qint32 &, qint16 &, QVariant &, bool &Cancel) { Cancel = true; });
     QLineEdit *editor = GridInternals::editor(*grid);
@@ -209,11 +201,9 @@ void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore_data()
 void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore()
 {
     QFETCH(QString, action);
-    Database db;
-    db.fillLines(2);
     // The date column first: the added row's open cell commits as "", so the row stays blank.
-    auto rs = db.open(QStringLiteral("SELECT due, item, qty FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT due, item, qty FROM lines ORDER BY qty"));
+    auto &grid = lines.grid;
     grid->bShowMenu = true;
     FlexGrid *view = GridInternals::grid(*grid);
     QLineEdit *editor = GridInternals::editor(*grid);
@@ -258,10 +248,8 @@ void tst_gridcontrol_rows::editsAfterSaveLastColReachTheStore()
 
 void tst_gridcontrol_rows::resetColRow()
 {
-    Database db;
-    db.fillLines(3);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(3, QStringLiteral("SELECT * FROM lines ORDER BY qty"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     view->setCol(4);
     int validated = 0;

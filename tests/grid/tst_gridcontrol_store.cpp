@@ -48,10 +48,8 @@ void tst_gridcontrol_store::checkedCellWrite()
     QFETCH(int, row);
     QFETCH(int, col);
     QFETCH(QString, message);
-    Database db;
-    db.fillLines(4);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(4, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     MessageLog log;
 
     qint16 iRow = qint16(row), iCol = qint16(col);
@@ -71,10 +69,8 @@ void tst_gridcontrol_store::checkedCellWrite()
 
 void tst_gridcontrol_store::hostCellAccess()
 {
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     QLineEdit *editor = GridInternals::editor(*grid);
     grid->TopRow(); // places the editor on the first cell
     QVERIFY(editor->isVisible());
@@ -130,10 +126,8 @@ void tst_gridcontrol_store::committedEditValues()
 {
     QFETCH(int, col);
     QFETCH(QString, typed);
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
 
     view->setCol(col);
@@ -147,10 +141,8 @@ void tst_gridcontrol_store::committedEditValues()
 
 void tst_gridcontrol_store::statusesThroughEdits()
 {
-    Database db;
-    db.fillLines(0);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(0, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     QLineEdit *editor = GridInternals::editor(*grid);
 
@@ -174,10 +166,8 @@ void tst_gridcontrol_store::statusesThroughEdits()
 
 void tst_gridcontrol_store::refusedValueHoldsTheCell()
 {
-    Database db;
-    db.fillLines(3);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(3, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     view->setCol(3);
     QList<QPair<int, int>> validated;

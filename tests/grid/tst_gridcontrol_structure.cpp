@@ -148,16 +148,14 @@ void tst_gridcontrol_structure::unrecognisedTypesAreReported()
 
 void tst_gridcontrol_structure::loadsRowsAndCells()
 {
-    Database db;
-    db.fillLines(3);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines ORDER BY qty"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(3, QStringLiteral("SELECT * FROM lines ORDER BY qty"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
 
     QCOMPARE(view->Rows(), 4);
     QCOMPARE(view->Cols(), 8);
     QCOMPARE(grid->RowStatusArray(), QStringList({"", "", ""}));
-    QVERIFY(rs->adoEOF()); // the load reads the recordset to its end
+    QVERIFY(lines.rs->adoEOF()); // the load reads the recordset to its end
     const VariantMatrix data = grid->DataArray();
     QCOMPARE(data.UBound(1), 6);
     QCOMPARE(data.UBound(2), 2);
@@ -175,10 +173,8 @@ void tst_gridcontrol_structure::loadsRowsAndCells()
 
 void tst_gridcontrol_structure::emptyRecordsetGivesOneAddedRow()
 {
-    Database db;
-    db.fillLines(0);
-    auto rs = db.open(QStringLiteral("SELECT * FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(0, QStringLiteral("SELECT * FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
 
     QCOMPARE(view->Rows(), 2);
@@ -278,10 +274,8 @@ void tst_gridcontrol_structure::columnRules()
 
 void tst_gridcontrol_structure::headersAndWidths()
 {
-    Database db;
-    db.fillLines(2);
-    auto rs = db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
-    auto grid = makeGrid(*rs);
+    LinesGrid lines(2, QStringLiteral("SELECT item, qty, price FROM lines"));
+    auto &grid = lines.grid;
     FlexGrid *view = GridInternals::grid(*grid);
     view->setTextMatrix(0, 0, QStringLiteral("#"));
 
@@ -301,7 +295,7 @@ void tst_gridcontrol_structure::headersAndWidths()
     QCOMPARE(view->Col(), 1);
 
     // A header list shorter than the fields fails the load, and the grid still paints.
-    auto again = db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
+    auto again = lines.db.open(QStringLiteral("SELECT item, qty, price FROM lines"));
     grid->setGridHeader(QStringLiteral("Item,Qty"));
     QCOMPARE(capture([&] { grid->MakeStruct(again.get()); }).number, int(ErrSubscriptOutOfRange));
     QVERIFY(view->Redraw());
