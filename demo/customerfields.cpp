@@ -199,13 +199,9 @@ void showBoxOpen(QWidget *field, bool open)
     field->setPalette(palette);
 }
 
-void setOpen(QLineEdit *field, bool open)
-{
-    field->setReadOnly(!open);
-    showBoxOpen(field, open);
-}
-
-void setOpen(QAbstractSpinBox *field, bool open)
+// A line edit or a spin box (each has its own setReadOnly).
+template <typename Box>
+void setOpen(Box *field, bool open)
 {
     field->setReadOnly(!open);
     showBoxOpen(field, open);
