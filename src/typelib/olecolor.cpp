@@ -1,4 +1,5 @@
 #include "typelib/olecolor_p.h"
+#include "platform/latebinding_p.h"
 
 #include <PanelKestrin/runtimeerror.h>
 
@@ -40,8 +41,7 @@ QColor colourFromOleColor(const QVariant &number, const QPalette &palette, const
         return QColor(int(n & 0xFF), int((n >> 8) & 0xFF), int((n >> 16) & 0xFF));
     if (numeric && systemIndex >= 0 && systemIndex < qint64(std::size(systemColourRoles)))
         return palette.color(systemColourRoles[systemIndex]);
-    throw RuntimeError(ErrInvalidPropertyValue,
-                       RuntimeError::standardDescription(ErrInvalidPropertyValue) + QStringLiteral(": ") + what);
+    raise(ErrInvalidPropertyValue, what);
 }
 
 qint32 oleColorFromColour(const QColor &colour)
