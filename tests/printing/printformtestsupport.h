@@ -6,6 +6,7 @@
 
 #include "../data/datatestsupport.h"
 #include "../toolbars/toolbartestsupport.h"
+#include "printformcontrols.h"
 #include "printing/reportfiles_p.h"
 #include "printing/reportpreview_p.h"
 
@@ -36,15 +37,15 @@ struct Items
     QTemporaryDir dir;
     Connection cn;
     Recordset rs;
-    QString connectString;
 
-    // Why the table could not be made, or empty.
+    // Why the table could not be made, or empty; once made, the program's connection settings
+    // point at its database.
     QString open(const QString &engine)
     {
         const QString why = DataTest::openEngine(cn, engine, dir);
         if (!why.isEmpty())
             return why;
-        connectString = cn.ConnectionString();
+        ConnectionSettings::instance().setConnectString(cn.ConnectionString());
         DataTest::recreateTable(cn, ItemsTable,
                                 QStringLiteral("code VARCHAR(8) PRIMARY KEY, name VARCHAR(30), qty NUMERIC(10,2), added DATE"));
         DataTest::recreateTable(cn, GuardTable, QStringLiteral("n INTEGER"));
@@ -104,15 +105,6 @@ struct FormInput
     QString fileName;
 };
 
-template <typename W>
-W *control(QWidget *form, const char *name)
-{
-    W *w = form->findChild<W *>(QLatin1String(name));
-    if (!w)
-        qFatal("the form has no %s", name);
-    return w;
-}
-
 inline void typeInto(QWidget *form, const char *name, const QString &text)
 {
     auto *box = control<QLineEdit>(form, name);
@@ -151,6 +143,16 @@ inline void fill(QWidget *form, const FormInput &input)
 inline void pressOK(QWidget *form)
 {
     QTest::mouseClick(control<QAbstractButton>(form, "cmdOK"), Qt::LeftButton);
+}
+
+// OK, then Cancel if the form stayed open; whether it did.
+inline bool submit(QWidget *form)
+{
+    pressOK(form);
+    const bool stillOpen = form->isVisible();
+    if (stillOpen)
+        cancel(form);
+    return stillOpen;
 }
 
 // The boxes, reported errors, save dialogs and previews of a run, and the form's own script:

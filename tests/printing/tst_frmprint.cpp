@@ -1,4 +1,5 @@
 #include "../toolbars/toolbartestsupport.h"
+#include "printformcontrols.h"
 
 #include <PanelKestrin/gridpanel.h>
 #include <PanelKestrin/hostform.h>
@@ -14,15 +15,6 @@
 using namespace ToolbarTest;
 
 namespace {
-
-template <typename W>
-W *control(QDialog *form, const char *name)
-{
-    W *w = form->findChild<W *>(QLatin1String(name));
-    if (!w)
-        qFatal("the print query form has no %s", name);
-    return w;
-}
 
 QStringList items(QDialog *form, const char *name)
 {
@@ -40,12 +32,6 @@ QString rangeEditors(QDialog *form)
     const bool texts = control<QLineEdit>(form, "txtfrom")->isVisibleTo(form)
                        && control<QLineEdit>(form, "txtto")->isVisibleTo(form);
     return dates == texts ? QStringLiteral("both or none") : dates ? QStringLiteral("dates") : QStringLiteral("texts");
-}
-
-// What the user does to leave the form.
-void cancel(QDialog *form)
-{
-    QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
 }
 
 } // namespace

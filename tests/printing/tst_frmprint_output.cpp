@@ -71,7 +71,6 @@ void tst_frmprint_output::initTestCase()
     ToolbarTest::failOnUnscriptedModals();
     const QString why = m_items.open(QStringLiteral("sqlite"));
     QVERIFY2(why.isEmpty(), qPrintable(why));
-    ConnectionSettings::instance().setConnectString(m_items.connectString);
     ConnectionSettings::instance().setDatabaseKind(2);
 }
 
@@ -86,7 +85,7 @@ void tst_frmprint_output::onForm(Run &run, const std::function<void(QDialog *)> 
         user(form);
         ran = true;
         if (form->isVisible())
-            QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+            cancel(form);
     };
     host.print();
     QVERIFY(ran);
@@ -252,7 +251,7 @@ void tst_frmprint_output::cancelReleasesTheReportData()
         QVERIFY2(data, qPrintable(run.errors.join(u';') + run.boxes.join(u';')));
         QCOMPARE(run.previews, 1);
         QVERIFY(form->isVisible());
-        QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+        cancel(form);
         QVERIFY(!data);
     });
 }

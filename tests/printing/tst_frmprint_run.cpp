@@ -112,7 +112,6 @@ void tst_frmprint_run::dataReport()
     Items items;
     const QString why = items.open(engine);
     QVERIFY2(why.isEmpty(), qPrintable(why));
-    ConnectionSettings::instance().setConnectString(items.connectString);
     ConnectionSettings::instance().setDatabaseKind(qint16(kind));
     Report report;
     report.selquery = selquery;
@@ -130,10 +129,7 @@ void tst_frmprint_run::dataReport()
     Run run;
     run.user = [&](QDialog *form) {
         fill(form, input);
-        pressOK(form);
-        stillOpen = form->isVisible();
-        if (stillOpen)
-            QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+        stillOpen = submit(form);
     };
     host.print();
 
@@ -182,7 +178,6 @@ void tst_frmprint_run::engineReport()
     Items items;
     const QString why = items.open(engine);
     QVERIFY2(why.isEmpty(), qPrintable(why));
-    ConnectionSettings::instance().setConnectString(items.connectString);
     Report report;
     report.kind = QStringLiteral("C");
     report.rpttitle = items.dir.filePath(QStringLiteral("RPT") + ItemsTable);
@@ -200,10 +195,7 @@ void tst_frmprint_run::engineReport()
     run.saveAs = items.dir.filePath(QStringLiteral("engine-out"));
     run.user = [&](QDialog *form) {
         fill(form, input);
-        pressOK(form);
-        stillOpen = form->isVisible();
-        if (stillOpen)
-            QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+        stillOpen = submit(form);
     };
     host.print();
 
@@ -254,7 +246,6 @@ void tst_frmprint_run::rangeRefused()
     Items items;
     const QString why = items.open(QStringLiteral("sqlite"));
     QVERIFY2(why.isEmpty(), qPrintable(why));
-    ConnectionSettings::instance().setConnectString(items.connectString);
     Report report;
     report.kind = kind;
     report.rpttitle = items.dir.filePath(QStringLiteral("RPTmissing"));
@@ -280,7 +271,7 @@ void tst_frmprint_run::rangeRefused()
         pressOK(form);
         after << control<QLineEdit>(form, "txtfrom")->text() << control<QLineEdit>(form, "txtto")->text();
         QVERIFY(form->isVisible());
-        QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+        cancel(form);
     };
     host.print();
     QTEST(run.boxes.join(u';'), "box");
@@ -298,7 +289,6 @@ void tst_frmprint_run::emptyPageBoxStopsTheRun()
         Items items;
         const QString why = items.open(QStringLiteral("sqlite"));
         QVERIFY2(why.isEmpty(), qPrintable(why));
-        ConnectionSettings::instance().setConnectString(items.connectString);
         Report report;
         report.kind = kind;
         report.rpttitle = items.dir.filePath(QStringLiteral("RPT") + ItemsTable);
@@ -311,7 +301,7 @@ void tst_frmprint_run::emptyPageBoxStopsTheRun()
             fill(form, FormInput{0, QString(), QString(), 1, QString(), QStringLiteral("3"), 0, QString()});
             pressOK(form);
             stillOpen = form->isVisible();
-            QTest::mouseClick(control<QAbstractButton>(form, "cmdcancel"), Qt::LeftButton);
+            cancel(form);
         };
         host.print();
         QCOMPARE(run.errors.size(), 1);
