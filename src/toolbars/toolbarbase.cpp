@@ -40,8 +40,7 @@ constexpr int kPrintFormOffsetTwips = 350;
 
 ToolbarBasePrivate::ToolbarBasePrivate(ToolbarBase *toolbar, const char *context, qint16 undoIndex, qint16 saveIndex)
     : q(toolbar),
-      m_context(QString::fromLatin1(context)),
-      m_source(QString(m_context).replace(QLatin1String("::"), QLatin1String("."))),
+      m_source(QString::fromLatin1(context).replace(QLatin1String("::"), QLatin1String("."))),
       m_undoIndex(undoIndex),
       m_saveIndex(saveIndex)
 {

@@ -9,9 +9,9 @@ class QShortcut;
 
 namespace PanelKestrin {
 
-// What every toolbar keeps behind its published surface: its names for translations and error
-// sources, its row of buttons, which of them the access keys press and focus, and the
-// design-time properties read from the host's property bag.
+// What every toolbar keeps behind its published surface: the source of its errors, its row of
+// buttons, which of them the access keys press and focus, and the design-time properties read
+// from the host's property bag.
 class ToolbarBasePrivate
 {
 public:
@@ -22,8 +22,7 @@ public:
     void updateEscapeKey();
 
     ToolbarBase *const q;
-    // The translation context ("PanelKestrin::TrnControl") and the error source built from it.
-    QString m_context;
+    // The error source, the translation context with dots ("PanelKestrin.TrnControl").
     QString m_source;
     QVector<QAbstractButton *> m_buttons;
     qint16 m_undoIndex;
