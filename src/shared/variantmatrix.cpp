@@ -173,13 +173,9 @@ void VariantMatrix::redim(int lower1, int upper1, int lower2, int upper2)
     checkBounds(lower2, upper2);
     checkCounts(lower1, upper1, lower2, upper2);
     const int fields = int(span(lower1, upper1)), rows = int(span(lower2, upper2));
-    checkAllocatable(qint64(fields) * rows, fields, rows);
-    QVector<Block> blocks;
+    VariantMatrix fresh; // grown from no rows: the blocks and memory checks of any growth
     try {
-        const int count = blockCount(fields, rows);
-        blocks.reserve(count);
-        for (int b = 0; b < count; ++b)
-            blocks.append(emptyBlock(qsizetype(rowsInBlock(b, rows)) * fields));
+        fresh.growRows(fields, 0, rows);
     } catch (const std::bad_alloc &) {
         raiseOutOfMemory(fields, rows);
     }
@@ -188,7 +184,7 @@ void VariantMatrix::redim(int lower1, int upper1, int lower2, int upper2)
     m_upper1 = upper1;
     m_lower2 = lower2;
     m_upper2 = upper2;
-    m_blocks = std::move(blocks);
+    m_blocks = std::move(fresh.m_blocks);
 }
 
 void VariantMatrix::redimPreserve(int upper2)
