@@ -18,20 +18,29 @@ namespace PanelKestrin {
 
 namespace {
 
+QString describe(const QString &className, const QString &member)
+{
+    return QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2").arg(member, className);
+}
+
 const TypeLibClass &classOf(const QObject *control, const QString &member)
 {
     if (!control)
         raise(ErrObjectNotSet, member);
     const TypeLibClass *c = publishedClass(control->metaObject());
     if (!c)
-        raise(ErrMemberNotSupported, QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2")
-                                         .arg(member, QString::fromLatin1(control->metaObject()->className())));
+        raise(ErrMemberNotSupported, describe(QString::fromLatin1(control->metaObject()->className()), member));
     return *c;
 }
 
-QString describe(const TypeLibClass &c, const QString &member)
+// The class's member that `key` (a dispatch number or a name) stands for; `spelled` is how the
+// error names it.
+template <typename Key>
+const TypeLibMember &memberOf(const TypeLibClass &c, const Key &key, const QString &spelled)
 {
-    return QCoreApplication::translate("PanelKestrin::Dispatch", "'%1' of %2").arg(member, c.name);
+    if (const TypeLibMember *m = c.defaultInterface.member(key))
+        return *m;
+    raise(ErrMemberNotSupported, describe(c.name, spelled));
 }
 
 // Colours travel as OLE_COLOR numbers and are QColor on the control.
@@ -132,7 +141,7 @@ QVariant callMethod(QObject *control, const TypeLibMember &m, const DispatchBind
 QVariant invokeMember(QObject *control, const TypeLibClass &c, const TypeLibMember &m,
                       Dispatch::InvokeKind kind, QVariantList &args)
 {
-    const QString what = describe(c, m.name);
+    const QString what = describe(c.name, m.name);
     const DispatchBinding b = bindMember(control->metaObject(), m);
     if (m.kind == TypeLibMember::Method) {
         if (kind != Dispatch::Method && kind != Dispatch::PropertyGet)
@@ -168,29 +177,20 @@ const TypeLibClass *Dispatch::ClassOf(const QObject *control)
 
 qint32 Dispatch::GetIDOfName(const QObject *control, const QString &name)
 {
-    const TypeLibClass &c = classOf(control, name);
-    if (const TypeLibMember *m = c.defaultInterface.member(name))
-        return m->dispId;
-    raise(ErrMemberNotSupported, describe(c, name));
+    return memberOf(classOf(control, name), name, name).dispId;
 }
 
 QVariant Dispatch::Invoke(QObject *control, qint32 dispId, InvokeKind kind, QVariantList &args)
 {
     const QString number = QStringLiteral("0x%1").arg(quint32(dispId), 8, 16, QLatin1Char('0'));
     const TypeLibClass &c = classOf(control, number);
-    const TypeLibMember *m = c.defaultInterface.member(dispId);
-    if (!m)
-        raise(ErrMemberNotSupported, describe(c, number));
-    return invokeMember(control, c, *m, kind, args);
+    return invokeMember(control, c, memberOf(c, dispId, number), kind, args);
 }
 
 QVariant Dispatch::Invoke(QObject *control, const QString &name, InvokeKind kind, QVariantList &args)
 {
     const TypeLibClass &c = classOf(control, name);
-    const TypeLibMember *m = c.defaultInterface.member(name);
-    if (!m)
-        raise(ErrMemberNotSupported, describe(c, name));
-    return invokeMember(control, c, *m, kind, args);
+    return invokeMember(control, c, memberOf(c, name, name), kind, args);
 }
 
 QVariant Dispatch::Invoke(QObject *control, qint32 dispId, InvokeKind kind, const QVariantList &args)
