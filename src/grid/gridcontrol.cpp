@@ -156,9 +156,8 @@ void gridcontrol::setMandatoryCol(const QString &MandatoryCol)
     d->sMandatoryCols = Split(MandatoryCol, QStringLiteral(","));
 }
 
-void gridcontrol::setColListEnabled(bool m_listenabled)
+void gridcontrol::setColListEnabled(bool)
 {
-    d->bListEnabled = m_listenabled;
 }
 
 void gridcontrol::setGridEnable(bool bVar)

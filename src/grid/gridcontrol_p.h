@@ -96,8 +96,6 @@ public:
     QString sNotBlankCols;
     QString sGridHeader;
     std::optional<QStringList> sDisableCols, sHelpCols, sMandatoryCols;
-    QVariantList vColSizes;
-    bool bListEnabled = false;
     bool bStructureMade = false;
     bool bRemovingRow = false;
     bool bHoldCell = false;

@@ -232,7 +232,6 @@ void gridcontrol::ChangeGridHeader(const QVariantList &ColHeader)
 
 void gridcontrol::FixColSizes(const QVariantList &ColSizeList)
 {
-    d->vColSizes = ColSizeList;
     const int cols = d->flexgrid->Cols();
     if (ColSizeList.size() == cols) {
         for (int k = 1; k < cols; ++k) {
