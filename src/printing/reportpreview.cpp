@@ -45,7 +45,6 @@ ReportPreview::ReportPreview(QWidget *parent)
     setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint);
     createControls();
     createShortcuts();
-    m_export = &ReportPreview::exportByFileName;
     resize(900, 700);
     updateControls();
 }
@@ -262,7 +261,7 @@ void ReportPreview::updateControls()
     cmdNext->setEnabled(ready && m_page + 1 < pageCount());
     cmdLast->setEnabled(ready && m_page + 1 < pageCount());
     cmdPrint->setEnabled(ready && bool(m_print));
-    cmdExport->setEnabled(ready && bool(m_export));
+    cmdExport->setEnabled(ready);
     prgLayout->setVisible(busy);
     cmdCancel->setVisible(busy);
     lblLayout->setVisible(busy || m_cancelled);
@@ -341,12 +340,6 @@ void ReportPreview::setPrintHandler(ReportPreviewAction handler)
     updateControls();
 }
 
-void ReportPreview::setExportHandler(ReportPreviewAction handler)
-{
-    m_export = std::move(handler);
-    updateControls();
-}
-
 void ReportPreview::print()
 {
     if (!cmdPrint->isEnabled())
@@ -358,7 +351,7 @@ void ReportPreview::exportReport()
 {
     if (!cmdExport->isEnabled())
         return;
-    guardEvent(where(), [&] { m_export(m_document, this); });
+    guardEvent(where(), [&] { exportByFileName(m_document, this); });
 }
 
 void ReportPreview::exportByFileName(const ReportDocument &document, QWidget *preview)

@@ -70,10 +70,9 @@ public:
 
     // Print: without a handler the Print button and Ctrl+P are disabled.
     void setPrintHandler(ReportPreviewAction handler);
-    // Export: the default asks for a file name (GetSaveFileName) and writes PDF, text (.txt) or
-    // a document (.rtf, .doc) by the name's suffix.
-    void setExportHandler(ReportPreviewAction handler);
     void print();
+    // Export: asks for a file name (GetSaveFileName) and writes PDF, text (.txt) or a document
+    // (.rtf, .doc) by the name's suffix.
     void exportReport();
 
     // Opens the window: maximised for window state 2, minimised for 1, else normal; modal
@@ -108,7 +107,6 @@ private:
     std::unique_ptr<WaitCursor> m_wait;
     bool m_cancelled = false;
     ReportPreviewAction m_print;
-    ReportPreviewAction m_export;
 
     QPushButton *cmdFirst, *cmdPrevious, *cmdNext, *cmdLast;
     QLabel *lblPage;
