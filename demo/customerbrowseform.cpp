@@ -1,7 +1,6 @@
 #include "customerbrowseform.h"
 
 #include "customerfields.h"
-#include "demoreportfiles.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
@@ -74,12 +73,8 @@ void CustomerBrowseForm::connectToolbar()
     });
     connect(bar, &UserControl1::Deleteclick, this, [this] { deleteCurrent(); });
     connect(bar, &UserControl1::findclick, this, [this] { findCustomer(); });
-    // Printed like the customer form: the report engine over RPTcustomers.rpt.
-    connect(bar, &UserControl1::printclick, this, [this] {
-        CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection);
-        m_toolbar->setReportToPrint(QStringLiteral("C"));
-        m_toolbar->setrpttitle(DemoReportFiles::path(QStringLiteral("RPTcustomers")));
-    });
+    connect(bar, &UserControl1::printclick, this,
+            [this] { CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection); });
 }
 
 // srset, like every report parameter, is one value for all the toolbars of the process: the

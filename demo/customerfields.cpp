@@ -1,5 +1,7 @@
 #include "customerfields.h"
 
+#include "demoreportfiles.h"
+
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
 #include <PanelKestrin/dtcontrol.h>
@@ -8,6 +10,7 @@
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/recordset.h>
 #include <PanelKestrin/registry.h>
+#include <PanelKestrin/reportparameters.h>
 #include <PanelKestrin/toolbarbase.h>
 #include <PanelKestrin/variant.h>
 
@@ -330,7 +333,10 @@ void CustomerFields::setReportParameters(ToolbarBase &toolbar, Recordset &rs, Co
     toolbar.setsortfields(QStringLiteral("cust_name,cust_code,city"));
     toolbar.setselquery(QStringLiteral("SELECT ") + reportColumns() + QStringLiteral(" FROM customers"));
     toolbar.setrptheading(tr("Customer list"));
-    toolbar.setrpttitle(tr("Customers"));
+    // Printed by the report engine over the shipped RPTcustomers.rpt (the table comes from the
+    // name after RPT), narrowed by the print form's selection formula.
+    reportParameters().ReportToPrint = QStringLiteral("C");
+    toolbar.setrpttitle(DemoReportFiles::path(QStringLiteral("RPTcustomers")));
     // "Criteria For" offers the cities; the chosen one is compared with the city column.
     Recordset cities;
     cities.Open(QStringLiteral("SELECT DISTINCT city FROM customers WHERE city IS NOT NULL ORDER BY city"), &cn);

@@ -1,7 +1,6 @@
 #include "customerform.h"
 
 #include "customerfields.h"
-#include "demoreportfiles.h"
 
 #include <PanelKestrin/connection.h>
 #include <PanelKestrin/conversions.h>
@@ -85,13 +84,8 @@ void CustomerForm::connectToolbar()
         }
         MsgBox(tr("No customer matches \"%1\".").arg(m_find->text()), vbInformation);
     });
-    // The customer list prints through the report engine: the shipped report file RPTcustomers.rpt
-    // (the table comes from the name after RPT), narrowed by the print form's selection formula.
-    connect(bar, &TrnControl::printclick, this, [this] {
-        CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection);
-        m_toolbar->setReportToPrint(QStringLiteral("C"));
-        m_toolbar->setrpttitle(DemoReportFiles::path(QStringLiteral("RPTcustomers")));
-    });
+    connect(bar, &TrnControl::printclick, this,
+            [this] { CustomerFields::setReportParameters(*m_toolbar, m_customers, m_connection); });
 }
 
 void CustomerForm::startEditing(bool adding)
