@@ -1,6 +1,8 @@
 #include "typelib/dispatchbinding_p.h"
 #include "platform/latebinding_p.h"
 
+#include <utility>
+
 namespace PanelKestrin {
 
 namespace {
@@ -26,6 +28,15 @@ std::optional<QMetaMethod> methodTaking(const QMetaObject *mo, const QString &na
             return m;
     }
     return std::nullopt;
+}
+
+// The parameter counts, least and most, of the C++ overloads a method binds to: one per allowed
+// argument count, a vararg method's one overload taking its remaining arguments as one list.
+std::pair<int, int> parameterCounts(const TypeLibMember &method)
+{
+    if (method.varArg)
+        return {int(method.params.size()), int(method.params.size())};
+    return {method.requiredArguments(), method.maximumArguments()};
 }
 
 } // namespace
@@ -56,9 +67,7 @@ DispatchBinding bindMember(const QMetaObject *mo, const TypeLibMember &member)
             b.setter = methodTaking(mo, QStringLiteral("set") + member.name, 1);
         break;
     case TypeLibMember::Method: {
-        // A vararg method takes its remaining arguments as one list.
-        const int most = member.varArg ? int(member.params.size()) : member.maximumArguments();
-        const int least = member.varArg ? most : member.requiredArguments();
+        const auto [least, most] = parameterCounts(member);
         for (const QMetaMethod &m : methodsNamed(mo, member.name)) {
             if (m.parameterCount() >= least && m.parameterCount() <= most)
                 b.methods.append(m);
@@ -82,10 +91,10 @@ bool isComplete(const DispatchBinding &binding, const TypeLibMember &member)
         return binding.property && binding.property->isReadable() && binding.property->isWritable();
     case TypeLibMember::Property:
         return (!member.get || binding.canGet()) && (!(member.put || member.putRef) || binding.canPut());
-    case TypeLibMember::Method:
+    case TypeLibMember::Method: {
         // Every allowed argument count has an overload.
-        for (int n = member.varArg ? int(member.params.size()) : member.requiredArguments();
-             n <= (member.varArg ? int(member.params.size()) : member.maximumArguments()); ++n) {
+        const auto [least, most] = parameterCounts(member);
+        for (int n = least; n <= most; ++n) {
             bool found = false;
             for (const QMetaMethod &m : binding.methods)
                 found = found || m.parameterCount() == n;
@@ -93,6 +102,7 @@ bool isComplete(const DispatchBinding &binding, const TypeLibMember &member)
                 return false;
         }
         return true;
+    }
     case TypeLibMember::Event:
         return binding.methods.size() == 1;
     }
