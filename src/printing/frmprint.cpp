@@ -162,6 +162,16 @@ QString frmprint::fieldAt(int index) const
     return fieldlist.at(index);
 }
 
+Recordset *frmprint::reportRecordset()
+{
+    Recordset *rs = reportParameters().srset;
+    if (!rs)
+        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
+                                                + QStringLiteral(": srset"),
+                           QStringLiteral("frmprint"));
+    return rs;
+}
+
 void frmprint::Form_Load()
 {
     const ReportParameters &block = reportParameters();
@@ -217,11 +227,7 @@ void frmprint::showEvent(QShowEvent *event)
 void frmprint::cmbfield_Click()
 {
     grpfield = fieldAt(cmbfield->currentIndex());
-    Recordset *rs = reportParameters().srset;
-    if (!rs)
-        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
-                                                + QStringLiteral(": srset"),
-                           QStringLiteral("frmprint"));
+    Recordset *rs = reportRecordset();
     const bool isDate = rs->Fields().Item(grpfield).Type() == FieldTypeDate;
     txtfrom->setVisible(!isDate);
     txtto->setVisible(!isDate);
@@ -251,11 +257,7 @@ void frmprint::Form_Unload()
 
 bool frmprint::rangeTakesDigitsOnly() const
 {
-    Recordset *rs = reportParameters().srset;
-    if (!rs)
-        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
-                                                + QStringLiteral(": srset"),
-                           QStringLiteral("frmprint"));
+    Recordset *rs = reportRecordset();
     // Without a current record there is no value to go by.
     if (rs->BOF() || rs->adoEOF())
         return false;

@@ -44,7 +44,6 @@ public:
     // Errors (an unset srset, a field srset does not have, unassigned criteria) reach the
     // caller and leave the form unloaded.
     void Load();
-    bool isLoaded() const { return m_loaded; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -77,6 +76,8 @@ private:
     void unloadAfterOutput();
     // fieldlist(index): the field name behind "Group On" item index (error 9 outside it).
     QString fieldAt(int index) const;
+    // The host's srset from the report parameter block; error 91 when it is not set.
+    static Recordset *reportRecordset();
 
     bool m_loaded = false;
     QStringList fieldlist;

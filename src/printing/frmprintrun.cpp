@@ -27,16 +27,6 @@ namespace PanelKestrin {
 
 namespace {
 
-Recordset *reportRecordset()
-{
-    Recordset *rs = reportParameters().srset;
-    if (!rs)
-        throw RuntimeError(ErrObjectNotSet, RuntimeError::standardDescription(ErrObjectNotSet)
-                                                + QStringLiteral(": srset"),
-                           QStringLiteral("frmprint"));
-    return rs;
-}
-
 void setMember(QObject *engine, const char *name, const QVariant &value)
 {
     CallByName(engine, QLatin1String(name), VbLet, {value});
