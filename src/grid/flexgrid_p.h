@@ -26,10 +26,6 @@ class FlexGridPrivate
 public:
     explicit FlexGridPrivate(FlexGrid *grid) : q(grid) {}
 
-    static FlexGridPrivate *get(FlexGrid *grid) { return grid->d.get(); }
-    static const FlexGridPrivate *get(const FlexGrid *grid) { return grid->d.get(); }
-
-
     // Runs body (calls into the view) so that an exception thrown by a Scroll handler raised
     // inside Qt waits until Qt has returned and then reaches this grid's caller.
     template <typename F>

@@ -34,8 +34,6 @@ public:
 
     // The private side of a control, for the control's own files and its tests.
     static gridcontrolPrivate *get(gridcontrol *control) { return control->d.get(); }
-    static const gridcontrolPrivate *get(const gridcontrol *control) { return control->d.get(); }
-
 
     // Cell editor: placing it on cell entry, committing on cell leave.
     void flexgrid_EnterCell();
