@@ -78,7 +78,6 @@ private:
 
     const bool m_withFileName;
     const int m_width;
-    // The printer the set-up dialog shows, created when it is first asked for.
 };
 
 } // namespace PanelKestrin
