@@ -4,7 +4,6 @@
 #include <PanelKestrin/gridpanel.h>
 #include <PanelKestrin/printsetup.h>
 #include <PanelKestrin/trncontrol.h>
-#include <PanelKestrin/typelibrary.h>
 #include <PanelKestrin/usercontrol1.h>
 
 namespace PanelKestrin {
@@ -30,14 +29,6 @@ const Maker makers[] = {
 };
 
 } // namespace
-
-QStringList PublishedControlNames()
-{
-    QStringList names;
-    for (const TypeLibClass &c : PublishedTypeLibrary().classes)
-        names << c.name;
-    return names;
-}
 
 QWidget *CreateControl(const QString &className, QWidget *parent)
 {
