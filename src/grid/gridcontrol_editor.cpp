@@ -5,7 +5,6 @@
 #include "grid/gridcontrol_p.h"
 #include "grid/gridsubscript_p.h"
 
-#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 #include <PanelKestrin/runtimeerror.h>
 #include <PanelKestrin/strings.h>

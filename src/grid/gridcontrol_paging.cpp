@@ -6,7 +6,6 @@
 
 #include "grid/gridvalues_p.h"
 
-#include <PanelKestrin/conversions.h>
 #include <PanelKestrin/flexgrid.h>
 
 #include <utility>

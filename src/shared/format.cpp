@@ -10,7 +10,6 @@
 #include "shared/numbertext_p.h"
 #include "shared/variantkind_p.h"
 
-
 namespace PanelKestrin {
 
 namespace {
