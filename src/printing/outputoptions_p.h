@@ -35,13 +35,9 @@ public:
     ~OutputOptions() override;
 
     int destination() const;
-    // Back to the screen layout; the boxes keep their texts.
-    void resetLayout();
     // As the options first appear: empty page boxes, one copy, "Text File", no file name, the
     // screen layout.
     void clear();
-    // Items "Text File" and " Doc File", the first chosen.
-    void fillFileTypes();
     // The page numbers as 16-bit integers: an empty or non-numeric box raises run-time error 13,
     // a number out of range 6.
     qint16 fromPage() const;
@@ -71,6 +67,10 @@ Q_SIGNALS:
     void destinationChosen(int Index);
 
 private:
+    // Back to the screen layout; the boxes keep their texts.
+    void resetLayout();
+    // Items "Text File" and " Doc File", the first chosen.
+    void fillFileTypes();
     void optoutput_Click(int Index);
     void cmdfilehelp_Click();
     void cmdprintsetup_Click();

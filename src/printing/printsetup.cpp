@@ -30,7 +30,6 @@ class PrintSetupPrivate
 public:
     explicit PrintSetupPrivate(PrintSetup *q);
 
-    void UserControl_Initialize();
     void UserControl_EnterFocus();
     void UserControl_ExitFocus();
     void UserControl_Resize();
@@ -53,13 +52,6 @@ PrintSetupPrivate::PrintSetupPrivate(PrintSetup *q) : q(q)
     Frame2->move(TwipsToPixelsX(kFrameMargin, q), TwipsToPixelsY(kFrameMargin, q));
     QObject::connect(Frame2, &OutputOptions::destinationChosen, q, [this](int Index) { optoutput_Click(Index); });
     QObject::connect(qApp, &QApplication::focusChanged, q, [this](QWidget *old, QWidget *now) { focusChanged(old, now); });
-}
-
-void PrintSetupPrivate::UserControl_Initialize()
-{
-    Frame2->fillFileTypes();
-    Frame2->resetLayout();
-    UserControl_Resize();
 }
 
 // Only a move between the panel and another control of the same form enters or leaves it: a
@@ -136,7 +128,8 @@ void PrintSetupPrivate::optoutput_Click(int Index)
 PrintSetup::PrintSetup(QWidget *parent) : QWidget(parent), d(std::make_unique<PrintSetupPrivate>(this))
 {
     setObjectName(QStringLiteral("PrintSetup"));
-    d->UserControl_Initialize();
+    // The output options open with their file types and the screen layout: the compact size.
+    d->UserControl_Resize();
 }
 
 PrintSetup::~PrintSetup() = default;
