@@ -1,6 +1,7 @@
 #include "tourprint.h"
 
 #include "customerform.h"
+#include "tourreports.h"
 #include "orderlinesform.h"
 
 #include <PanelKestrin/connection.h>
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QPrinterInfo>
 #include <QPushButton>
@@ -39,13 +39,6 @@ bool saved(QWidget *widget, const QString &path, QTextStream &out)
     }
     out << "wrote " << QDir::toNativeSeparators(path) << Qt::endl;
     return true;
-}
-
-bool fileWritten(const QString &path, QTextStream &out)
-{
-    const bool ok = QFileInfo(path).size() > 0;
-    out << (ok ? "wrote " : "could not write ") << QDir::toNativeSeparators(path) << Qt::endl;
-    return ok;
 }
 
 template <typename W>

@@ -70,16 +70,6 @@ QString orderListHeading()
         .arg(QStringLiteral("Amount"), 12);
 }
 
-bool written(const QString &path, QTextStream &out)
-{
-    if (QFileInfo(path).size() > 0) {
-        out << "wrote " << QDir::toNativeSeparators(path) << Qt::endl;
-        return true;
-    }
-    out << "could not write " << QDir::toNativeSeparators(path) << Qt::endl;
-    return false;
-}
-
 // Runs show, which opens a report preview modally, and hands the preview to use once its
 // pages are laid out; the window is then closed. A window that is not a preview is rejected.
 // Errors reported while the preview lays the report out are raised here.
@@ -139,7 +129,7 @@ bool engineReports(const QDir &dir, QTextStream &out)
             engine.setPrintFileType(format.engineFileType);
             engine.setPrintFileName(path);
             engine.setAction(1);
-            ok = written(path, out) && ok;
+            ok = fileWritten(path, out) && ok;
         }
     }
 
@@ -152,7 +142,7 @@ bool engineReports(const QDir &dir, QTextStream &out)
                     QApplication::processEvents();
                     preview.grab().save(shot);
                 });
-    return written(shot, out) && ok;
+    return fileWritten(shot, out) && ok;
 }
 
 bool dataReport(const QDir &dir, QTextStream &out)
@@ -168,7 +158,7 @@ bool dataReport(const QDir &dir, QTextStream &out)
     DataReport1 report(&orders);
     const QString text = dir.filePath(QStringLiteral("data-report-orders.txt"));
     report.ExportReport(QStringLiteral("key_def_Text"), text);
-    bool ok = written(text, out);
+    bool ok = fileWritten(text, out);
 
     // The data report writes text only; PDF and RTF come from the pages it lays out for its
     // preview, through the same file outputs the report engine uses.
@@ -179,11 +169,18 @@ bool dataReport(const QDir &dir, QTextStream &out)
                     writeReportPdf(preview.document(), pdf);
                     writeReportRtf(preview.document(), rtf);
                 });
-    ok = written(pdf, out) && ok;
-    return written(rtf, out) && ok;
+    ok = fileWritten(pdf, out) && ok;
+    return fileWritten(rtf, out) && ok;
 }
 
 } // namespace
+
+bool fileWritten(const QString &path, QTextStream &out)
+{
+    const bool ok = QFileInfo(path).size() > 0;
+    out << (ok ? "wrote " : "could not write ") << QDir::toNativeSeparators(path) << Qt::endl;
+    return ok;
+}
 
 bool writeTourReports(const QDir &dir, QTextStream &out)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 class QDir;
+class QString;
 class QTextStream;
 
 // The reports part of the tour: the report engine runs each of the demo's report files to PDF,
@@ -9,3 +10,7 @@ class QTextStream;
 // offscreen on the order-lines report and photographed. Every file goes to dir and is named
 // on out. Returns false when any of them could not be written.
 bool writeTourReports(const QDir &dir, QTextStream &out);
+
+// Names path on out as written when the file holds something, else as not written; whether it
+// does.
+bool fileWritten(const QString &path, QTextStream &out);
