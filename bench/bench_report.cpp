@@ -167,10 +167,7 @@ Timing timeDataReportText(Recordset &rs, const QString &path)
 ReportRows engineRows(Connection &connection, const ReportDefinition &definition)
 {
     ReportRows rows = loadReportRows(connection, definition, SelectionFormula::parse(QString()));
-    QVector<ReportSortKey> keys;
-    for (const ReportGroupDefinition &group : definition.groups)
-        keys.append(ReportSortKey{group.field, false});
-    sortReportRows(rows, keys + definition.sort, definition.fileName);
+    sortReportRows(rows, reportRunSortKeys(definition, {}), definition.fileName);
     require(rows.rows.size() == kRows, QStringLiteral("the engine read %1 rows").arg(rows.rows.size()));
     return rows;
 }

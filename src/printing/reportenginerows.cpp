@@ -146,4 +146,24 @@ void sortReportRows(ReportRows &rows, const QVector<ReportSortKey> &keys, const 
     });
 }
 
+QVector<ReportSortKey> reportRunSortKeys(const ReportDefinition &definition, const QStringList &sortFields)
+{
+    QVector<ReportSortKey> given;
+    for (const QString &text : sortFields)
+        if (const auto key = ReportSortKey::parse(text))
+            given.append(*key);
+    given += definition.sort;
+    QVector<ReportSortKey> keys;
+    for (const ReportGroupDefinition &group : definition.groups) {
+        ReportSortKey key{group.field, false};
+        for (const ReportSortKey &other : given)
+            if (other.field.compare(group.field, Qt::CaseInsensitive) == 0) {
+                key.descending = other.descending;
+                break;
+            }
+        keys.append(key);
+    }
+    return keys + given;
+}
+
 } // namespace PanelKestrin

@@ -37,4 +37,8 @@ int compareReportValues(const QVariant &a, const QVariant &b);
 // Sorts the rows by keys, the first deciding first; rows equal on every key keep their order.
 void sortReportRows(ReportRows &rows, const QVector<ReportSortKey> &keys, const QString &fileName);
 
+// The sort keys of a run: each group's field first (in the direction the first key naming it
+// asks for), so groups come out whole; then the engine's SortFields, then the file's.
+QVector<ReportSortKey> reportRunSortKeys(const ReportDefinition &definition, const QStringList &sortFields);
+
 } // namespace PanelKestrin

@@ -19,28 +19,6 @@ namespace PanelKestrin {
 
 namespace {
 
-// Sort keys of a run: each group's field first (in the direction the first key naming it
-// asks for), so groups come out whole; then the engine's sort fields, then the file's.
-QVector<ReportSortKey> runSortKeys(const ReportDefinition &definition, const QStringList &sortFields)
-{
-    QVector<ReportSortKey> given;
-    for (const QString &text : sortFields)
-        if (const auto key = ReportSortKey::parse(text))
-            given.append(*key);
-    given += definition.sort;
-    QVector<ReportSortKey> keys;
-    for (const ReportGroupDefinition &group : definition.groups) {
-        ReportSortKey key{group.field, false};
-        for (const ReportSortKey &other : given)
-            if (other.field.compare(group.field, Qt::CaseInsensitive) == 0) {
-                key.descending = other.descending;
-                break;
-            }
-        keys.append(key);
-    }
-    return keys + given;
-}
-
 QString fileFilter(int fileType)
 {
     switch (fileType) {
@@ -68,7 +46,7 @@ void ReportEngine::run()
         Connection connection;
         connection.Open(d->connect + QStringLiteral(";Mode=Read"));
         ReportRows rows = loadReportRows(connection, definition, formula);
-        sortReportRows(rows, runSortKeys(definition, d->sortFields), definition.fileName);
+        sortReportRows(rows, reportRunSortKeys(definition, d->sortFields), definition.fileName);
         selected = int(rows.rows.size());
         page = definition.page;
         layout = std::make_shared<ReportEngineLayout>(std::move(definition), std::move(rows));
